@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+
+namespace corrieval {
+
+class CScoObj;
+struct PageSetup;
+
+// What the score model may ask of the view that is active in the desktop app. The model reaches a
+// view only through ActiveView(), which is null when there is no window (command-line tool, tests,
+// batch conversion); every caller skips its view work then.
+class ScoreView {
+public:
+    virtual ~ScoreView() = default;
+
+    virtual void AddToSelection(CScoObj& object) = 0;
+    virtual void RemoveFromSelection(CScoObj& object) = 0;
+    virtual void InvalidateObject(const CScoObj& object) = 0;
+    // The pages changed size or number: recompute the scroll extent and re-apply the zoom.
+    virtual void PagesLaidOut() = 0;
+    // Shows the page set-up dialog filled from `setup`; true and `setup` updated on OK.
+    virtual bool EditPageSetup(PageSetup& setup) = 0;
+    virtual float Zoom() const = 0;
+};
+
+ScoreView* ActiveView();
+
+// The desktop shell installs this once; it answers the view of the active child window, or null.
+void SetActiveViewProvider(std::function<ScoreView*()> provider);
+
+} // namespace corrieval

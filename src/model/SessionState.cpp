@@ -1,0 +1,11 @@
+#include "model/SessionState.h"
+
+namespace corrieval {
+
+SessionState& Session()
+{
+    static SessionState state;
+    return state;
+}
+
+} // namespace corrieval

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "model/GraphObjContainer.h"
+#include "notation/Clef.h"
+#include "notation/TimeSig.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace corrieval {
+
+class CBarConfig;
+
+// One stave of a system: the five lines with clef, key and time signature at its head, and its
+// bars as children.
+class CStave : public CGraphObjContainer {
+    CORRIEVAL_DECLARE_CLASS()
+
+public:
+    CStave();
+    CStave(const CStave&) = delete;
+
+    CClef Clef;
+    CTimeSig TimeSig;
+    CKeySig KeySig;
+};
+
+// One system: the staves that sound together, one per part, and the configurations of its bar
+// columns.
+class CStaveGroup : public CGraphObjContainer {
+    CORRIEVAL_DECLARE_CLASS()
+
+public:
+    using ConfigList = std::vector<std::unique_ptr<CBarConfig>>;
+
+    CStaveGroup();
+    ~CStaveGroup() override;
+
+    ConfigList BarConfigs;
+    std::int32_t Spacing = 0; // percent of room above and below; not stored
+};
+
+} // namespace corrieval

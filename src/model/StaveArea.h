@@ -1,0 +1,52 @@
+#pragma once
+
+#include "model/PageArea.h"
+#include "notation/TimeSig.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace corrieval {
+
+class CRepeatTiming;
+class CStave;
+
+// A page area that holds music: stave groups (systems) down the area, one stave per part in
+// each group, bars along each stave. A part is a stave index, the same in every group.
+class CStaveArea : public CPageArea {
+    CORRIEVAL_DECLARE_CLASS()
+
+public:
+    using RepeatMarkerList = std::vector<std::unique_ptr<CRepeatTiming>>;
+
+    CStaveArea();
+    ~CStaveArea() override;
+
+    bool IsMusicHolder() const override { return true; }
+
+    CRepeatTiming* FindRepeatMarker(std::int32_t id) const;
+
+    std::uint32_t Background = 0x64FFFFFF; // translucent white behind the staves
+    std::int32_t PartCount = 0;
+    std::int32_t StaveSpacing = 25;
+    CTimeSig InitialTimeSig{1};
+    RepeatMarkerList RepeatMarkers;
+    bool ShowTimeSig = true;
+    bool ShowKeySig = false;
+    bool ShowBarLines = true;
+};
+
+// The legend of piobaireachd abbreviation marks: a stave area of one group of two staves, the
+// mark written above and what it stands for played below. It never sounds.
+class CAbbreviationArea : public CStaveArea {
+    CORRIEVAL_DECLARE_CLASS()
+
+public:
+    CAbbreviationArea();
+
+    CStave* WrittenStave = nullptr;
+    CStave* PlayedStave = nullptr;
+};
+
+} // namespace corrieval

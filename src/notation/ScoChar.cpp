@@ -1,0 +1,7 @@
+#include "notation/ScoChar.h"
+
+namespace corrieval {
+
+CORRIEVAL_IMPLEMENT_CLASS(CScoChar, CObject);
+
+} // namespace corrieval

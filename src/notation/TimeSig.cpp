@@ -1,0 +1,129 @@
+#include "notation/TimeSig.h"
+
+namespace corrieval {
+
+CORRIEVAL_IMPLEMENT_CLASS(CTimeSig, CScoObj);
+
+namespace {
+
+struct TimeSigRow {
+    std::string_view Name;
+    std::int32_t Beats;
+    std::int32_t Unit;
+    char16_t Upper[2];
+    char16_t Lower[2];
+    bool Symbol;
+};
+
+// The font has its numerals one place above ASCII: the digit n is the code n + 49.
+constexpr char16_t DigitGlyph(int digit) { return static_cast<char16_t>(digit + 49); }
+
+constexpr TimeSigRow kTable[] = {
+    {"None", 0, 4, {0, 0}, {0, 0}, false},
+    {"Common", 4, 4, {47, 0}, {53, 0}, true},
+    {"Cut Common", 2, 2, {46, 0}, {51, 0}, true},
+    {"Two Two", 2, 2, {51, 0}, {51, 0}, false},
+    {"Three Two", 3, 2, {52, 0}, {51, 0}, false},
+    {"Four Two", 4, 2, {53, 0}, {51, 0}, false},
+    {"Two Four", 2, 4, {51, 0}, {53, 0}, false},
+    {"Three Four", 3, 4, {52, 0}, {53, 0}, false},
+    {"Four Four", 4, 4, {53, 0}, {53, 0}, false},
+    {"Five Four", 5, 4, {54, 0}, {53, 0}, false},
+    {"Six Four", 6, 4, {55, 0}, {53, 0}, false},
+    {"Seven Four", 7, 4, {56, 0}, {53, 0}, false},
+    {"Six Eight", 6, 8, {55, 0}, {57, 0}, false},
+    {"Nine Eight", 9, 8, {58, 0}, {57, 0}, false},
+    {"Twelve Eight", 12, 8, {50, 51}, {57, 0}, false},
+    {"Fifteen Eight", 15, 8, {50, 54}, {57, 0}, false},
+    {"Eighteen Eight", 18, 8, {50, 57}, {57, 0}, false},
+    {"Custom", 0, 0, {0, 0}, {0, 0}, false},
+};
+
+void SetNumberGlyphs(std::array<CScoChar, 2>& glyphs, std::int32_t number)
+{
+    if (number < 10) {
+        glyphs[0].SetCode(DigitGlyph(number));
+        glyphs[1].SetCode(0);
+    } else {
+        glyphs[0].SetCode(DigitGlyph(number / 10));
+        glyphs[1].SetCode(DigitGlyph(number % 10));
+    }
+}
+
+bool InTable(std::int32_t type) { return type >= 0 && type <= CTimeSig::Custom; }
+
+} // namespace
+
+CTimeSig::CTimeSig(std::int32_t type) { SetType(type); }
+
+CTimeSig& CTimeSig::operator=(const CTimeSig& other)
+{
+    // The stave link belongs to the holder, not to the value.
+    Type = other.Type;
+    Symbol = other.Symbol;
+    UpperGlyphs = other.UpperGlyphs;
+    LowerGlyphs = other.LowerGlyphs;
+    CustomBeats = other.CustomBeats;
+    CustomUnit = other.CustomUnit;
+    return *this;
+}
+
+void CTimeSig::SetType(std::int32_t type)
+{
+    Type = type;
+    Symbol = false;
+    if (!InTable(type))
+        return;
+    if (type == Custom) {
+        SetNumberGlyphs(UpperGlyphs, CustomBeats);
+        SetNumberGlyphs(LowerGlyphs, CustomUnit);
+        return;
+    }
+    const TimeSigRow& row = kTable[type];
+    for (int i = 0; i < 2; ++i) {
+        UpperGlyphs[i].SetCode(row.Upper[i]);
+        LowerGlyphs[i].SetCode(row.Lower[i]);
+    }
+    Symbol = row.Symbol;
+}
+
+std::int32_t CTimeSig::GetBeats() const
+{
+    if (Type == Custom)
+        return CustomBeats;
+    return InTable(Type) ? kTable[Type].Beats : 0;
+}
+
+std::int32_t CTimeSig::GetBeatUnit() const
+{
+    if (Type == Custom)
+        return CustomUnit;
+    return InTable(Type) ? kTable[Type].Unit : 0;
+}
+
+std::string_view CTimeSig::TypeName(std::int32_t type) { return InTable(type) ? kTable[type].Name : "?"; }
+
+std::int32_t CTimeSig::TimeSigFromChar(char16_t c)
+{
+    switch (c) {
+    case 32: return 0;
+    case 33: return 3;
+    case 34: return 6;
+    case 35: return 7;
+    case 36: return 8;
+    case 37: return 9;
+    case 38: return 12;
+    case 39: return 13;
+    case 40: return 14;
+    case 41: return 10;
+    case 42: return 11;
+    case 43: return 4;
+    case 44: return 5;
+    case 45: return 2;
+    case 58: return 15;
+    case 59: return 16;
+    default: return 1;
+    }
+}
+
+} // namespace corrieval
