@@ -112,33 +112,31 @@ QString Fields(const CScoObj& obj)
     return {};
 }
 
+QString Indent(int depth) { return QString(depth * 2, QLatin1Char(' ')); }
+
+// Markers belong to their area but are not among its children.
+void PrintRepeatMarkers(const CStaveArea& area, int depth, QTextStream& out)
+{
+    for (const auto& m : area.RepeatMarkers) {
+        out << Indent(depth) << "CRepeatTiming " << Rect(m->Bounds()) << ", id " << m->RepeatId << ", \""
+            << m->FirstMarker << "\" \"" << m->SecondMarker << "\", staves " << m->StartStave << ' '
+            << m->MiddleStave << ' ' << m->EndStave << ", at " << Num(m->StartPosition) << ' '
+            << Num(m->MiddlePosition) << ' ' << Num(m->EndPosition) << '\n';
+    }
+}
+
 void PrintObject(const CScoObj& obj, int depth, QTextStream& out)
 {
-    out << QString(depth * 2, QLatin1Char(' ')) << obj.GetRuntimeClass().Name.data() << ' ' << Rect(obj.Bounds())
+    out << Indent(depth) << obj.GetRuntimeClass().Name.data() << ' ' << Rect(obj.Bounds())
         << ' ' << Margins(obj);
     if (const QString fields = Fields(obj); !fields.isEmpty())
         out << ", " << fields;
     out << '\n';
+    if (const auto* area = dynamic_cast<const CStaveArea*>(&obj))
+        PrintRepeatMarkers(*area, depth + 1, out);
     if (const auto* container = dynamic_cast<const CGraphObjContainer*>(&obj)) {
         for (const auto& child : container->Children())
             PrintObject(*child, depth + 1, out);
-    }
-}
-
-void PrintRepeatMarkers(const CCorrievalDoc& doc, QTextStream& out)
-{
-    for (const auto& page : doc.Pages) {
-        for (const auto& areaObj : page->Children()) {
-            const auto* area = dynamic_cast<const CStaveArea*>(areaObj.get());
-            if (area == nullptr)
-                continue;
-            for (const auto& m : area->RepeatMarkers) {
-                out << "  CRepeatTiming " << Rect(m->Bounds()) << ", id " << m->RepeatId << ", \"" << m->FirstMarker
-                    << "\" \"" << m->SecondMarker << "\", staves " << m->StartStave << ' ' << m->MiddleStave << ' '
-                    << m->EndStave << ", at " << Num(m->StartPosition) << ' ' << Num(m->MiddlePosition) << ' '
-                    << Num(m->EndPosition) << '\n';
-            }
-        }
     }
 }
 
@@ -151,7 +149,6 @@ void PrintTree(const CCorrievalDoc& doc, QTextStream& out)
         << doc.Pages.size() << ", ties " << doc.Ties.size() << '\n';
     for (const auto& tie : doc.Ties)
         out << "  CTieEx id " << tie->Id << ", notes " << tie->Notes.size() << ", value " << tie->TieValue << '\n';
-    PrintRepeatMarkers(doc, out);
     for (const auto& page : doc.Pages)
         PrintObject(*page, 1, out);
 }

@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# The command-line tool end to end: inspect, convert byte for byte, and the error contract
+# (one line on standard error, exit 1 for a file problem, exit 2 for a wrong command line).
+set -u
+cli=$1
+example=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failures=0
+passes=0
+
+check() { # description, then a command that must succeed
+    local what=$1; shift
+    if "$@"; then passes=$((passes + 1)); else echo "FAILED: $what"; failures=$((failures + 1)); fi
+}
+
+status_of() { "$@" >"$work/out" 2>"$work/err"; echo $?; }
+
+check "info succeeds" test "$(status_of "$cli" info "$example")" = 0
+check "info shows the tree" grep -q '^  CTunePage (0, 0, 8.267 x 11.692)' "$work/out"
+check "info shows bars with their repeat lines" grep -q 'CBarEx .*start-repeat' "$work/out"
+
+check "convert to skb" test "$(status_of "$cli" convert "$example" "$work/copy.skb")" = 0
+check "the converted score is byte for byte the same" cmp -s "$example" "$work/copy.skb"
+check "a template converts too" cp "$example" "$work/t.skt"
+check "convert a template" test "$(status_of "$cli" convert "$work/t.skt" "$work/t.skb")" = 0
+check "convert to the player form" test "$(status_of "$cli" convert "$example" "$work/tune.skp")" = 0
+check "the player file carries its marker" test "$(head -c 18 "$work/tune.skp" | od -An -tx1 | tr -d ' \n')" = "07000000fffeff056b005f0054002d007200"
+
+head -c 100 "$example" >"$work/short.skb"
+check "a truncated file exits 1" test "$(status_of "$cli" info "$work/short.skb")" = 1
+check "with one line naming the file and the byte" grep -qx "corrieval-cli: $work/short.skb: end of file at byte [0-9]*" "$work/err"
+check "and nothing else" test "$(wc -l <"$work/err")" = 1
+check "a failed conversion writes nothing" test "$(status_of "$cli" convert "$work/short.skb" "$work/none.skb")" = 1
+check "no output file" test ! -e "$work/none.skb"
+
+sed 's/CStaveGroup/CStaveGroop/' "$example" >"$work/bad.skb"
+check "an unknown class exits 1" test "$(status_of "$cli" info "$work/bad.skb")" = 1
+check "and names the class" grep -q "bad class 'CStaveGroop' at byte" "$work/err"
+check "a missing file exits 1" test "$(status_of "$cli" info "$work/missing.skb")" = 1
+
+check "no command exits 2" test "$(status_of "$cli")" = 2
+check "an unknown command exits 2" test "$(status_of "$cli" frobnicate)" = 2
+check "convert with one file exits 2" test "$(status_of "$cli" convert "$example")" = 2
+check "an output kind it cannot write exits 2" test "$(status_of "$cli" convert "$example" "$work/x.txt")" = 2
+
+echo "$passes passed, $failures failed"
+test "$failures" = 0

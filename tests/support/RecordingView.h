@@ -1,0 +1,42 @@
+#pragma once
+
+#include "model/ActiveView.h"
+#include "model/CorrievalDoc.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace corrieval::testing {
+
+// A view that records what the model asks of it, installed as the active view while it lives.
+class RecordingView : public ScoreView {
+public:
+    RecordingView()
+    {
+        SetActiveViewProvider([this] { return this; });
+    }
+    ~RecordingView() override { SetActiveViewProvider(nullptr); }
+
+    void AddToSelection(CScoObj& object) override { Selection.push_back(&object); }
+    void RemoveFromSelection(CScoObj& object) override { std::erase(Selection, &object); }
+    void InvalidateObject(const CScoObj& object) override { Invalidated.push_back(&object); }
+    void PagesLaidOut() override { ++Layouts; }
+    bool EditPageSetup(PageSetup& setup) override
+    {
+        ++PageSetupPrompts;
+        if (Answer)
+            setup = *Answer;
+        return Answer.has_value();
+    }
+    float Zoom() const override { return ViewZoom; }
+
+    std::vector<CScoObj*> Selection;
+    std::vector<const CScoObj*> Invalidated;
+    int Layouts = 0;
+    int PageSetupPrompts = 0;
+    std::optional<PageSetup> Answer;
+    float ViewZoom = 1.5f;
+};
+
+} // namespace corrieval::testing
