@@ -13,6 +13,19 @@ CStave::CStave()
     TimeSig.Stave = this;
 }
 
+CStave::Grid CStave::Positions() const
+{
+    // Accumulated by addition, as the layout has always done, so positions round the same way.
+    const float unit = (Bounds().Height - (TopMargin + BottomMargin)) / 19.0f;
+    Grid grid{};
+    float y = 0;
+    for (float& position : grid) {
+        position = y;
+        y += unit;
+    }
+    return grid;
+}
+
 CStaveGroup::CStaveGroup() = default;
 
 CStaveGroup::~CStaveGroup() = default;

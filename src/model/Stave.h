@@ -4,6 +4,7 @@
 #include "notation/Clef.h"
 #include "notation/TimeSig.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -18,8 +19,16 @@ class CStave : public CGraphObjContainer {
     CORRIEVAL_DECLARE_CLASS()
 
 public:
+    static constexpr int GridSize = 20;
+    using Grid = std::array<float, GridSize>;
+
     CStave();
     CStave(const CStave&) = delete;
+
+    // The vertical grid of the stave, measured from the top of its content box: 20 positions one
+    // stave unit (content height / 19) apart. The five lines lie at 5, 7, 9, 11 and 13, and a
+    // pitch is a position. Recomputed on every call, since its inputs change at any hook.
+    Grid Positions() const;
 
     CClef Clef;
     CTimeSig TimeSig;

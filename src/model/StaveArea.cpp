@@ -1,5 +1,6 @@
 #include "model/StaveArea.h"
 
+#include "model/BarEx.h"
 #include "model/Stave.h"
 #include "notation/RepeatTiming.h"
 
@@ -25,6 +26,39 @@ CRepeatTiming* CStaveArea::FindRepeatMarker(std::int32_t id) const
             return marker.get();
     }
     return nullptr;
+}
+
+CBarEx* CStaveArea::PreviousBar(const CBarEx& bar)
+{
+    const CGraphObjContainer* stave = bar.Parent();
+    if (stave == nullptr)
+        return nullptr;
+    const int index = stave->IndexOfChild(&bar);
+    return index > 0 ? static_cast<CBarEx*>(stave->ChildAt(static_cast<std::size_t>(index - 1))) : nullptr;
+}
+
+CBarEx* CStaveArea::NextBar(const CBarEx& bar)
+{
+    const CGraphObjContainer* stave = bar.Parent();
+    if (stave == nullptr)
+        return nullptr;
+    const auto index = static_cast<std::size_t>(stave->IndexOfChild(&bar));
+    if (index + 1 < stave->ChildCount())
+        return static_cast<CBarEx*>(stave->ChildAt(index + 1));
+
+    const CGraphObjContainer* group = stave->Parent();
+    const CGraphObjContainer* area = group != nullptr ? group->Parent() : nullptr;
+    if (area == nullptr)
+        return nullptr;
+    const int part = group->IndexOfChild(stave);
+    const int groupIndex = area->IndexOfChild(group);
+    if (part < 0 || groupIndex < 0 || static_cast<std::size_t>(groupIndex) + 1 >= area->ChildCount())
+        return nullptr;
+    const auto* next = static_cast<const CGraphObjContainer*>(area->ChildAt(static_cast<std::size_t>(groupIndex) + 1));
+    if (static_cast<std::size_t>(part) >= next->ChildCount())
+        return nullptr;
+    const auto* nextStave = static_cast<const CGraphObjContainer*>(next->ChildAt(static_cast<std::size_t>(part)));
+    return nextStave->ChildCount() > 0 ? static_cast<CBarEx*>(nextStave->ChildAt(0)) : nullptr;
 }
 
 CAbbreviationArea::CAbbreviationArea()

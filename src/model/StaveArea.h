@@ -9,6 +9,7 @@
 
 namespace corrieval {
 
+class CBarEx;
 class CRepeatTiming;
 class CStave;
 
@@ -26,6 +27,12 @@ public:
     bool IsMusicHolder() const override { return true; }
 
     CRepeatTiming* FindRepeatMarker(std::int32_t id) const;
+    // The bar before `bar` on its stave; null for the first bar. It never looks into the system
+    // above: a change of time signature ends with its stave.
+    static CBarEx* PreviousBar(const CBarEx& bar);
+    // The bar after `bar` on its stave, or after the last bar the first bar of the same part in
+    // the next system; null at the end of the area.
+    static CBarEx* NextBar(const CBarEx& bar);
 
     std::uint32_t Background = 0x64FFFFFF; // translucent white behind the staves
     std::int32_t PartCount = 0;
