@@ -4,6 +4,8 @@
 
 namespace corrieval {
 
+class CCorrievalDoc;
+class CPageArea;
 class CScoObj;
 struct PageSetup;
 
@@ -22,6 +24,12 @@ public:
     // Shows the page set-up dialog filled from `setup`; true and `setup` updated on OK.
     virtual bool EditPageSetup(PageSetup& setup) = 0;
     virtual float Zoom() const = 0;
+    // The document the view shows.
+    virtual CCorrievalDoc* Document() const = 0;
+    // False while the view prints or previews: frames and bar fills are for the screen only.
+    virtual bool PrintIdle() const = 0;
+    // The area that holds the view's selection or insertion point, drawn with a blue frame.
+    virtual const CPageArea* EnclosingArea() const = 0;
 };
 
 ScoreView* ActiveView();

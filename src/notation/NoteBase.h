@@ -21,6 +21,10 @@ public:
     // Whether the drawn shape lies wholly inside the rectangle.
     virtual bool IsWithin(float x, float y, float width, float height) const = 0;
 
+    // Width of the item as placed; below 0.001 callers fall back on GetDefaultWidth.
+    virtual float GetWidth() const { return Bounds().Width; }
+    virtual float GetDefaultWidth() const { return Bounds().Height * 0.125f; }
+
     bool Pasted = false;
     // Current drawing colour first, then the colours it switches between.
     std::array<std::uint32_t, 4> Colours{0xFF000000, 0xFF008000, 0xFFA52A2A, 0xFF000000};

@@ -10,6 +10,7 @@
 namespace corrieval {
 
 class CTieEx;
+class CTimeSig;
 
 // Stave position of a note, 3 (High A) to 11 (Low G).
 using NotePitch = std::int32_t;
@@ -22,6 +23,10 @@ class CNoteEx : public CNoteBase {
 
 public:
     enum DotCutKind : std::int32_t { Plain = 0, Dotted = 1, Cut = 2 };
+
+    // The note's share of a bar under the time signature, before dots and cuts: a full bar is
+    // 7680 / beat unit ticks whatever the beats. Gracenotes take time from their neighbours.
+    std::uint32_t NoteTicks(const CTimeSig& timeSig) const;
 
     bool HitTestNote(float x, float y) const override;
     bool IsWithin(float x, float y, float width, float height) const override;

@@ -30,6 +30,9 @@ public:
         return Answer.has_value();
     }
     float Zoom() const override { return ViewZoom; }
+    CCorrievalDoc* Document() const override { return Doc; }
+    bool PrintIdle() const override { return Idle; }
+    const CPageArea* EnclosingArea() const override { return Enclosing; }
 
     std::vector<CScoObj*> Selection;
     std::vector<const CScoObj*> Invalidated;
@@ -37,6 +40,9 @@ public:
     int PageSetupPrompts = 0;
     std::optional<PageSetup> Answer;
     float ViewZoom = 1.5f;
+    CCorrievalDoc* Doc = nullptr;
+    bool Idle = true;
+    const CPageArea* Enclosing = nullptr;
 };
 
 } // namespace corrieval::testing
