@@ -41,5 +41,3 @@ void SaveLargeScore(benchmark::State& state)
 BENCHMARK(SaveLargeScore)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-BENCHMARK_MAIN();

@@ -14,6 +14,8 @@ enum ExitStatus { Success = 0, FileFailed = 1, BadCommandLine = 2 };
 // Each command takes its own arguments (after the command word).
 int RunInfo(const QStringList& args, QTextStream& out, QTextStream& err);
 int RunConvert(const QStringList& args, QTextStream& out, QTextStream& err);
+// Whether these arguments of convert ask for pages drawn, which needs a GUI application.
+bool ConvertDrawsPages(const QStringList& args);
 
 // Prints "corrieval-cli: FILE: PROBLEM" and gives the status to exit with.
 int ReportFileProblem(QTextStream& err, const QString& file, const QString& problem);

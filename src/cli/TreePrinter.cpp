@@ -6,8 +6,11 @@
 #include "model/Stave.h"
 #include "model/StaveArea.h"
 #include "model/TunePage.h"
+#include "notation/FixedNoteGroup.h"
 #include "notation/NoteEx.h"
+#include "notation/NoteGroupEx.h"
 #include "notation/RepeatTiming.h"
+#include "notation/ImageArea.h"
 #include "notation/TextArea.h"
 #include "notation/TieEx.h"
 

@@ -1,14 +1,19 @@
 #include "cli/Commands.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 
-#include <cstdio>
+#include <memory>
 
 using namespace corrieval::cli;
 
 namespace {
 const char* const kUsage = "usage: corrieval-cli info FILE\n"
-                           "       corrieval-cli convert IN OUT\n";
+                           "       corrieval-cli convert IN OUT [--print] [--dpi N]\n"
+                           "  IN is a score (.skb) or template (.skt); OUT is a score (.skb), a player\n"
+                           "  file (.skp), or the pages drawn as .pdf, .svg or .png (NAME-1.png, ...\n"
+                           "  for several pages). --print draws for paper, without the page's shadow,\n"
+                           "  outline and margin shading. --dpi sets the resolution of .png pages\n"
+                           "  (default 150).\n";
 } // namespace
 
 int corrieval::cli::ReportFileProblem(QTextStream& err, const QString& file, const QString& problem)
@@ -25,7 +30,19 @@ int corrieval::cli::ReportUsage(QTextStream& err, const QString& problem)
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    // Drawing pages needs a GUI application for fonts and painting, though the tool never shows
+    // a window; everything else stays on a core application, which starts quicker and quieter.
+    QStringList rawArgs;
+    for (int i = 1; i < argc; ++i)
+        rawArgs << QString::fromLocal8Bit(argv[i]);
+    std::unique_ptr<QCoreApplication> app;
+    if (rawArgs.value(0) == QLatin1String("convert") && ConvertDrawsPages(rawArgs.mid(1))) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        app = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
     QTextStream out(stdout);
     QTextStream err(stderr);
 

@@ -2,6 +2,7 @@
 
 #include "model/ActiveView.h"
 #include "model/SessionState.h"
+#include "model/AbbreviationArea.h"
 #include "model/StaveArea.h"
 #include "model/TunePage.h"
 #include "notation/TieEx.h"

@@ -25,6 +25,11 @@ struct RectF {
     {
         return X < o.X + o.Width && o.X < X + Width && Y < o.Y + o.Height && o.Y < Y + Height;
     }
+    // Lies wholly inside `outer`; the edges may touch.
+    bool WithinOrTouching(const RectF& outer) const
+    {
+        return X >= outer.X && Y >= outer.Y && X + Width <= outer.X + outer.Width && Y + Height <= outer.Y + outer.Height;
+    }
     bool operator==(const RectF&) const = default;
 };
 

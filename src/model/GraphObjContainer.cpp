@@ -49,7 +49,12 @@ CScoObj* CGraphObjContainer::InsertChildAfter(std::size_t index, std::unique_ptr
         return nullptr;
     if (index > m_children.size())
         throw std::invalid_argument("InsertChildAfter: index past the end of the child list");
-    const std::size_t position = std::min(index + 1, m_children.size());
+    return InsertChildAt(index + 1, std::move(object), flag);
+}
+
+CScoObj* CGraphObjContainer::InsertChildAt(std::size_t position, std::unique_ptr<CScoObj> object, bool flag)
+{
+    position = std::min(position, m_children.size());
     return Attach(m_children.begin() + static_cast<std::ptrdiff_t>(position), std::move(object), flag);
 }
 

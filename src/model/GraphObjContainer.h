@@ -33,6 +33,9 @@ public:
     // puts the object second; an index past the count throws std::invalid_argument.
     virtual CScoObj* InsertChildAfter(std::size_t index, std::unique_ptr<CScoObj> object, bool flag);
     virtual CScoObj* AppendChild(std::unique_ptr<CScoObj> object, bool flag);
+    // Inserts so that the object stands at `position` (clamped to the end), with the same parent
+    // and hook steps as AddChild: for ordered inserts of bars and notes.
+    CScoObj* InsertChildAt(std::size_t position, std::unique_ptr<CScoObj> object, bool flag);
     virtual void OnChildAdded(CScoObj* object, bool flag);
     virtual void OnChildRemoved(CScoObj* object);
 

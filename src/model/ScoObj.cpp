@@ -31,6 +31,12 @@ void CScoObj::SetParent(CGraphObjContainer* parent)
 {
     if (parent == m_parent)
         return;
+    // Leaving a parent without a new one would leave nobody owning the object: that is
+    // RemoveChild's business, which hands the object back.
+    assert((parent != nullptr || m_parent == nullptr || m_parent->IndexOfChild(this) < 0) &&
+           "detach through RemoveChild");
+    if (parent == nullptr && m_parent != nullptr && m_parent->IndexOfChild(this) >= 0)
+        return;
 
     std::unique_ptr<CScoObj> owned;
     if (m_parent != nullptr) {

@@ -23,6 +23,8 @@ public:
     float TopMargin = 0;
     float BottomMargin = 0;
 
+    void SetMargins(float all) { LeftMargin = RightMargin = TopMargin = BottomMargin = all; }
+
     // The stored rectangle; GetBounds may compute another one for objects whose extent follows
     // their content.
     const RectF& Bounds() const { return m_bounds; }

@@ -20,12 +20,32 @@ class CStaveArea : public CPageArea {
 
 public:
     using RepeatMarkerList = std::vector<std::unique_ptr<CRepeatTiming>>;
+    // The room above and below each system, in percent, that every re-layout returns to.
+    static constexpr std::int32_t StandardSpacing = 35;
 
     CStaveArea();
     ~CStaveArea() override;
 
     bool IsMusicHolder() const override { return true; }
 
+    // Adds or removes systems at the end.
+    void SetGroupCount(std::size_t count);
+    // Gives every system `count` staves.
+    void SetPartCount(std::int32_t count);
+    // A new area gets about one system per inch of height and one bar per 1.67 inches of width.
+    void FillDefaultContent();
+    // The systems share the content height equally and return to the standard spacing.
+    virtual void Relayout();
+    // Re-stacks the systems, and with `even` gives every bar of a stave the same width; with
+    // `space` as well, spaces the notes of every bar.
+    virtual void AutoOrganiseArea(bool even, bool space);
+    void RefitContent() override { AutoOrganiseArea(true, true); }
+    void SetClef(std::size_t part, std::int32_t kind);
+
+    // Takes the marker with the next free id.
+    CRepeatTiming* AddRepeatMarker(std::unique_ptr<CRepeatTiming> marker);
+    // Hands the marker back without deleting it.
+    std::unique_ptr<CRepeatTiming> RemoveRepeatMarker(CRepeatTiming* marker);
     CRepeatTiming* FindRepeatMarker(std::int32_t id) const;
     // The bar before `bar` on its stave; null for the first bar. It never looks into the system
     // above: a change of time signature ends with its stave.
@@ -33,6 +53,11 @@ public:
     // The bar after `bar` on its stave, or after the last bar the first bar of the same part in
     // the next system; null at the end of the area.
     static CBarEx* NextBar(const CBarEx& bar);
+
+    std::unique_ptr<CPageArea> Clone() const override;
+    void AfterBoundsChange(const RectF& oldBounds) override;
+    void OnChildRemoved(CScoObj* object) override;
+    void Draw(Painter& painter, OutputMode mode) override;
 
     std::uint32_t Background = 0x64FFFFFF; // translucent white behind the staves
     std::int32_t PartCount = 0;
@@ -42,18 +67,9 @@ public:
     bool ShowTimeSig = true;
     bool ShowKeySig = false;
     bool ShowBarLines = true;
-};
 
-// The legend of piobaireachd abbreviation marks: a stave area of one group of two staves, the
-// mark written above and what it stands for played below. It never sounds.
-class CAbbreviationArea : public CStaveArea {
-    CORRIEVAL_DECLARE_CLASS()
-
-public:
-    CAbbreviationArea();
-
-    CStave* WrittenStave = nullptr;
-    CStave* PlayedStave = nullptr;
+private:
+    void UpdateMinimumHeight();
 };
 
 } // namespace corrieval

@@ -16,6 +16,8 @@ public:
 
     // Moving a page carries its areas along; a change of paper size never reflows them.
     void AfterBoundsChange(const RectF& oldBounds) override;
+    // The paper with its shadow and the margin hatch on the screen, then the areas.
+    void Draw(Painter& painter, OutputMode mode) override;
 };
 
 } // namespace corrieval

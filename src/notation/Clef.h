@@ -17,6 +17,7 @@ public:
     // Sets the kind and, for the three known kinds, the glyph; another value keeps the glyph.
     void SetType(std::int32_t type);
     static char16_t GlyphFor(std::int32_t type, char16_t otherwise);
+    void Draw(Painter& painter, OutputMode mode) override;
 
     CScoChar Glyph;
     std::int32_t Type = None;
@@ -28,6 +29,9 @@ class CKeySig : public CScoObj {
 
 public:
     static constexpr char16_t SharpGlyph = 64;
+
+    // The sharps of F and C, one above the other.
+    void Draw(Painter& painter, OutputMode mode) override;
 
     CScoChar Glyph{SharpGlyph};
     std::int32_t Type = 1;

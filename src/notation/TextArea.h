@@ -24,17 +24,4 @@ public:
     std::int32_t Alignment = Centre;
 };
 
-// A page area showing a picture from the image library.
-class CImageArea : public CPageArea {
-    CORRIEVAL_DECLARE_CLASS()
-
-public:
-    enum State : std::int32_t { Linked = 0, NoImage = -1 };
-
-    CImageArea();
-
-    QString Path;
-    std::int32_t ImageState = NoImage;
-};
-
 } // namespace corrieval

@@ -1,5 +1,7 @@
 #include "notation/TimeSig.h"
 
+#include "model/Stave.h"
+
 namespace corrieval {
 
 CORRIEVAL_IMPLEMENT_CLASS(CTimeSig, CScoObj);
@@ -99,6 +101,45 @@ std::int32_t CTimeSig::GetBeatUnit() const
     if (Type == Custom)
         return CustomUnit;
     return InTable(Type) ? kTable[Type].Unit : 0;
+}
+
+namespace {
+constexpr std::uint32_t kBlack = 0xFF000000;
+
+// One line of digits: two glyphs side by side, or one, or (for a symbol) whatever the caller
+// draws instead.
+void DrawNumber(Painter& painter, const std::array<CScoChar, 2>& glyphs, bool symbol, float top, float height,
+                float singleX, float width, float pairX, float pairStep)
+{
+    if (glyphs[1].Code != 0) {
+        glyphs[0].DrawGlyph(painter, {pairX, top, width / 2, height}, kBlack);
+        glyphs[1].DrawGlyph(painter, {pairX + pairStep, top, width / 2, height}, kBlack);
+    } else if (!symbol) {
+        glyphs[0].DrawGlyph(painter, {singleX, top, width, height}, kBlack);
+    }
+}
+} // namespace
+
+void CTimeSig::Draw(Painter& painter, OutputMode)
+{
+    if (Type < 1)
+        return;
+    const RectF b = Bounds();
+    const float w = b.Width;
+    if (Stave != nullptr) {
+        const float u = Stave->ContentBox().Height / 19;
+        const float g = 2 * u / 1.8f;
+        DrawNumber(painter, LowerGlyphs, Symbol, b.Y + 11.5f * u, g, b.X - w * 0.25f, w, b.X - w / 8, w / 4);
+        DrawNumber(painter, UpperGlyphs, Symbol, b.Y + 7.5f * u, g, b.X - w * 0.25f, w, b.X - w / 8, w / 4);
+        if (Symbol && UpperGlyphs[1].Code == 0)
+            UpperGlyphs[0].DrawGlyph(painter, {b.X + w / 3 - w * 0.25f, b.Y + 7.5f * u + g / 2.5f, w, g * 1.2f}, kBlack);
+        return;
+    }
+    const float h8 = b.Height * 0.125f;
+    DrawNumber(painter, LowerGlyphs, Symbol, b.Y + 6 * h8, h8, b.X, w, b.X + w / 6, w / 6);
+    DrawNumber(painter, UpperGlyphs, Symbol, b.Y + 2 * h8, h8, b.X, w, b.X + w / 6, w / 6);
+    if (Symbol && UpperGlyphs[1].Code == 0)
+        UpperGlyphs[0].DrawGlyph(painter, {b.X + w / 2.5f, b.Y + 3 * h8, w / 6, h8}, kBlack);
 }
 
 std::string_view CTimeSig::TypeName(std::int32_t type) { return InTable(type) ? kTable[type].Name : "?"; }

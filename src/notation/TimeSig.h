@@ -30,6 +30,10 @@ public:
     std::int32_t GetBeats() const;
     std::int32_t GetBeatUnit() const;
 
+    // On a stave the digits fill the upper and lower halves of the stave; without one (the
+    // signature list's pictures) they are laid out in the box.
+    void Draw(Painter& painter, OutputMode mode) override;
+
     static std::string_view TypeName(std::int32_t type);
     // The signature named by a character of the older file formats.
     static std::int32_t TimeSigFromChar(char16_t c);

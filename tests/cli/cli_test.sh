@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# The command-line tool end to end: inspect, convert byte for byte, and the error contract
-# (one line on standard error, exit 1 for a file problem, exit 2 for a wrong command line).
+# The command-line tool end to end: inspect, convert byte for byte, draw pages, and the error
+# contract (one line on standard error, exit 1 for a file problem, exit 2 for a wrong command line).
 set -u
 cli=$1
 example=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+# Drawing starts a GUI application, which complains on standard error without a runtime folder.
+export XDG_RUNTIME_DIR=$work/runtime
+mkdir -m 700 "$XDG_RUNTIME_DIR"
 failures=0
 passes=0
 
@@ -38,6 +41,32 @@ sed 's/CStaveGroup/CStaveGroop/' "$example" >"$work/bad.skb"
 check "an unknown class exits 1" test "$(status_of "$cli" info "$work/bad.skb")" = 1
 check "and names the class" grep -q "bad class 'CStaveGroop' at byte" "$work/err"
 check "a missing file exits 1" test "$(status_of "$cli" info "$work/missing.skb")" = 1
+
+png_size() { od -An -tu1 -j16 -N8 "$1" | awk '{ print $1*16777216 + $2*65536 + $3*256 + $4 "x" $5*16777216 + $6*65536 + $7*256 + $8 }'; }
+
+check "draw to pdf" test "$(status_of "$cli" convert "$example" "$work/tune.pdf")" = 0
+check "which names the file written" grep -qx "$work/tune.pdf" "$work/out"
+check "a pdf of one page" test "$(grep -ac '/Type /Page$' "$work/tune.pdf")" = 1
+check "draw to svg for print" test "$(status_of "$cli" convert "$example" "$work/tune.svg" --print)" = 0
+check "an svg" grep -q '<svg' "$work/tune.svg"
+check "draw to png at 100 dpi" test "$(status_of "$cli" convert --dpi 100 "$example" "$work/tune.png")" = 0
+check "an A4 page at 100 dpi" test "$(png_size "$work/tune.png")" = 827x1169
+check "png at the default 150 dpi for print" test "$(status_of "$cli" convert "$example" "$work/print.png" --print)" = 0
+check "an A4 page at 150 dpi" test "$(png_size "$work/print.png")" = 1240x1754
+check "draw to a missing folder exits 1" test "$(status_of "$cli" convert "$example" "$work/no/tune.pdf")" = 1
+check "with one line naming the file" grep -qx "corrieval-cli: $work/no/tune.pdf: .*" "$work/err"
+check "and nothing else" test "$(wc -l <"$work/err")" = 1
+mkdir "$work/nofont"
+check "no music font exits 1" test "$(CORRIEVAL_FONT_DIR=$work/nofont status_of "$cli" convert "$example" "$work/nofont.pdf")" = 1
+check "saying so in one line" grep -q "^corrieval-cli: .*music font" "$work/err"
+check "and drawing nothing" test ! -e "$work/nofont.pdf"
+for dpi in 0 -5 abc 1e3 100000; do
+    check "--dpi $dpi exits 2" test "$(status_of "$cli" convert --dpi "$dpi" "$example" "$work/dpi.png")" = 2
+done
+check "and writes nothing" test ! -e "$work/dpi.png"
+check "--dpi for a pdf exits 2" test "$(status_of "$cli" convert --dpi 300 "$example" "$work/dpi.pdf")" = 2
+check "--print for a score exits 2" test "$(status_of "$cli" convert --print "$example" "$work/print.skb")" = 2
+check "an unknown option exits 2" test "$(status_of "$cli" convert --colour "$example" "$work/x.pdf")" = 2
 
 check "no command exits 2" test "$(status_of "$cli")" = 2
 check "an unknown command exits 2" test "$(status_of "$cli" frobnicate)" = 2

@@ -5,6 +5,7 @@
 #include "model/BarEx.h"
 #include "model/CorrievalDoc.h"
 #include "model/Stave.h"
+#include "model/AbbreviationArea.h"
 #include "model/StaveArea.h"
 #include "model/TunePage.h"
 #include "notation/NoteEx.h"

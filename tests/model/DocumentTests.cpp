@@ -2,6 +2,7 @@
 #include "model/CorrievalDoc.h"
 #include "model/SessionState.h"
 #include "model/Stave.h"
+#include "model/AbbreviationArea.h"
 #include "model/StaveArea.h"
 #include "model/TunePage.h"
 #include "notation/NoteEx.h"

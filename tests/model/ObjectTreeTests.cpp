@@ -1,9 +1,12 @@
 #include "model/BarEx.h"
 #include "model/PageArea.h"
 #include "model/Stave.h"
+#include "model/AbbreviationArea.h"
 #include "model/StaveArea.h"
 #include "model/TunePage.h"
+#include "notation/FixedNoteGroup.h"
 #include "notation/NoteEx.h"
+#include "notation/NoteGroupEx.h"
 #include "notation/TextArea.h"
 #include "notation/TimeSig.h"
 #include "support/RecordingView.h"
@@ -147,7 +150,7 @@ TEST_F(ObjectTree, HitTestDescendsIntoContainersAndAsksNotesForTheirShape)
     auto* bar = Add<CBarEx>(*stave, {0, 0, 2, 1});
     auto* note = Add<CNoteEx>(*bar, {0, 0, 2, 1});
     EXPECT_EQ(page.HitTest(1, 0.5f), bar); // a note with no drawn head is not hit
-    note->HeadRect = {0.9f, 0.4f, 0.2f, 0.2f};
+    note->HeadPath.addEllipse(0.9, 0.4, 0.2, 0.2);
     EXPECT_EQ(page.HitTest(1, 0.5f), note);
 }
 
