@@ -132,7 +132,7 @@ bool CCorrievalDoc::HasMusic() const
 CTieEx* CCorrievalDoc::TieAt(float x, float y) const
 {
     for (const auto& tie : Ties) {
-        if (tie->GetBounds().Contains(x, y))
+        if (tie->FigureBounds().Contains(x, y))
             return tie.get();
     }
     return nullptr;

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+class QImage;
+
 namespace corrieval {
 
 // How a drawing pass is meant to end up: on the screen with the page furniture, or on paper.
@@ -69,6 +71,8 @@ public:
     // Draws text laid out in `layout`, wrapped at its width, aligned as given.
     virtual void DrawText(const QString& text, const TextFont& font, const RectF& layout, TextAlign horizontal,
                           TextAlign vertical, std::uint32_t argb) = 0;
+    // Draws the whole picture scaled into `target`, whatever its shape.
+    virtual void DrawImage(const QImage& image, const RectF& target) = 0;
 };
 
 } // namespace corrieval

@@ -1,5 +1,6 @@
 #include "model/Stave.h"
 
+#include "model/AbbreviationArea.h"
 #include "model/BarConfig.h"
 #include "model/BarEx.h"
 #include "model/StaveArea.h"
@@ -76,8 +77,16 @@ void CStave::LayoutBars(bool even, bool space)
 
 CBarEx* CStave::InsertBar(std::size_t index, CBarConfig* config)
 {
+    // Each bar of a legend's "Written" row shows a mark of its own; when all are in use the row
+    // gets no bar, silently.
+    CAbbreviationArea* legend = CAbbreviationArea::OfWrittenRow(*this);
+    const auto mark = legend != nullptr ? CAbbreviationArea::FreeAbbreviation() : std::nullopt;
+    if (legend != nullptr && !mark)
+        return nullptr;
     auto* bar = static_cast<CBarEx*>(InsertChildAt(index, std::make_unique<CBarEx>(config), true));
     LayoutBars(true, true);
+    if (legend != nullptr)
+        legend->FillWrittenBar(*bar, *mark);
     return bar;
 }
 
@@ -87,6 +96,8 @@ void CStave::RemoveBar(std::size_t index, bool relayout)
         return;
     const CBarConfig* removedConfig = BarAt(*this, index)->Config;
     const std::int32_t removedTimeSig = removedConfig != nullptr ? removedConfig->TimeSig.Type : CTimeSig::None;
+    if (CAbbreviationArea::OfWrittenRow(*this) != nullptr)
+        CAbbreviationArea::ReleaseWrittenBar(*BarAt(*this, index));
     RemoveChild(ChildAt(index), true);
     if (relayout)
         LayoutBars(true, true);

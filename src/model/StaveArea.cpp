@@ -35,7 +35,7 @@ void CopyBarContent(const CBarEx& from, CBarEx& to)
             for (const auto& member : group->Children())
                 copy->AddChild(static_cast<const CNoteBase&>(*member).Clone(), false);
         }
-        const RectF r = child->Bounds();
+        const RectF r = child->GetBounds();
         copy->SetBounds(r.X + dx, r.Y + dy, r.Width, r.Height);
         to.AddChild(std::move(copy), false);
     }
@@ -169,6 +169,15 @@ CRepeatTiming* CStaveArea::FindRepeatMarker(std::int32_t id) const
 {
     for (const auto& marker : RepeatMarkers) {
         if (marker->RepeatId == id)
+            return marker.get();
+    }
+    return nullptr;
+}
+
+CRepeatTiming* CStaveArea::RepeatMarkerAt(float x, float y) const
+{
+    for (const auto& marker : RepeatMarkers) {
+        if (marker->HitAt(x, y))
             return marker.get();
     }
     return nullptr;

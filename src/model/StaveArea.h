@@ -47,6 +47,8 @@ public:
     // Hands the marker back without deleting it.
     std::unique_ptr<CRepeatTiming> RemoveRepeatMarker(CRepeatTiming* marker);
     CRepeatTiming* FindRepeatMarker(std::int32_t id) const;
+    // The first marker whose legs, line or texts, as last drawn, lie under the point.
+    CRepeatTiming* RepeatMarkerAt(float x, float y) const;
     // The bar before `bar` on its stave; null for the first bar. It never looks into the system
     // above: a change of time signature ends with its stave.
     static CBarEx* PreviousBar(const CBarEx& bar);

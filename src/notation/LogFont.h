@@ -23,7 +23,9 @@ public:
     std::int32_t Weight() const { return ReadI32(16); }
     void SetWeight(std::int32_t w) { WriteI32(16, w); }
     bool Italic() const { return Raw[20] != 0; }
+    void SetItalic(bool on) { Raw[20] = on ? 1 : 0; }
     bool Underline() const { return Raw[21] != 0; }
+    void SetUnderline(bool on) { Raw[21] = on ? 1 : 0; }
     bool StrikeOut() const { return Raw[22] != 0; }
     std::uint8_t Quality() const { return Raw[26]; }
     void SetQuality(std::uint8_t q) { Raw[26] = q; }

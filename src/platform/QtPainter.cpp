@@ -194,6 +194,8 @@ void QtPainter::DrawText(const QString& text, const TextFont& font, const RectF&
     if (text.isEmpty() || !(pixels >= 0.5f))
         return;
     QFont qfont(font.Family);
+    // A face that this machine lacks falls to the generic sans-serif family.
+    qfont.setStyleHint(QFont::SansSerif);
     qfont.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
     qfont.setWeight(static_cast<QFont::Weight>(std::clamp(font.Weight, 1, 1000)));
     qfont.setItalic(font.Italic);
@@ -213,6 +215,12 @@ void QtPainter::DrawText(const QString& text, const TextFont& font, const RectF&
     m_painter.setPen(ToQColor(argb));
     m_painter.drawText(m_inches.mapRect(ToQRect(layout)), flags, text);
     m_painter.restore();
+}
+
+void QtPainter::DrawImage(const QImage& image, const RectF& target)
+{
+    if (!image.isNull())
+        m_painter.drawImage(ToQRect(target), image);
 }
 
 } // namespace corrieval::platform

@@ -37,6 +37,7 @@ public:
     void FillPath(const QPainterPath& path, const Brush& brush) override;
     void DrawText(const QString& text, const TextFont& font, const RectF& layout, TextAlign horizontal,
                   TextAlign vertical, std::uint32_t argb) override;
+    void DrawImage(const QImage& image, const RectF& target) override;
 
 private:
     QPen ToQPen(const Pen& pen) const;

@@ -166,7 +166,7 @@ TEST_F(ObjectTree, RubberBandSelectsNotesButNeverGroups)
     auto* outside = Add<CNoteEx>(*bar, {});
     outside->HeadRect = {3, 3, 0.2f, 0.2f};
     auto* beamed = Add<CNoteGroupEx>(*bar, {0, 0, 2, 2});
-    auto* inGroup = Add<CNoteEx>(*beamed, {});
+    auto* inGroup = Add<CNoteEx>(*beamed, {0, 0, 2, 2});
     inGroup->HeadRect = {0.5f, 0.5f, 0.2f, 0.2f};
 
     std::vector<CScoObj*> picked;

@@ -2,6 +2,7 @@
 
 #include "model/Painter.h"
 
+#include <QImage>
 #include <QPainterPath>
 #include <QString>
 
@@ -14,12 +15,12 @@ namespace corrieval::testing {
 
 // One call made on a RecordingPainter, with its arguments. Only the fields of its kind are set.
 struct PaintCall {
-    enum class Kind { Line, Rect, FillRect, FillEllipse, StrokePath, FillPath, Text };
+    enum class Kind { Line, Rect, FillRect, FillEllipse, StrokePath, FillPath, Text, Image };
 
     Kind Op = Kind::Line;
     bool Smoothing = false; // whether smoothing was on when the call was made
     float X1 = 0, Y1 = 0, X2 = 0, Y2 = 0; // Line
-    RectF Rect;                           // Rect, FillRect, FillEllipse; the layout box of Text
+    RectF Rect;                           // Rect, FillRect, FillEllipse, Image; the layout box of Text
     Pen Stroke;                           // Line, Rect, StrokePath
     Brush Fill;                           // FillRect, FillEllipse, FillPath
     QPainterPath Path;                    // StrokePath, FillPath
@@ -28,6 +29,7 @@ struct PaintCall {
     TextAlign Horizontal = TextAlign::Near;
     TextAlign Vertical = TextAlign::Near;
     std::uint32_t TextArgb = 0;
+    QImage Picture; // Image
 
     bool IsVerticalLine() const { return Op == Kind::Line && X1 == X2; }
 };
@@ -101,6 +103,12 @@ public:
         c.Horizontal = horizontal;
         c.Vertical = vertical;
         c.TextArgb = argb;
+    }
+    void DrawImage(const QImage& image, const RectF& target) override
+    {
+        PaintCall& c = Record(PaintCall::Kind::Image);
+        c.Picture = image;
+        c.Rect = target;
     }
 
     // The recorded calls of one kind, in order.

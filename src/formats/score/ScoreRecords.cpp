@@ -346,6 +346,13 @@ void SerializeDocument(CArchive& ar, CCorrievalDoc& doc)
         doc.ZoomPending = 1;
         Session().Locked = doc.Locked != 0;
     }
+    // Pictures are linked once the whole tree is there, after a save as after a load.
+    for (const auto& page : doc.Pages) {
+        for (const auto& area : page->Children()) {
+            if (auto* image = dynamic_cast<CImageArea*>(area.get()))
+                image->LoadImage(false);
+        }
+    }
 }
 
 } // namespace corrieval

@@ -1,0 +1,64 @@
+#include "notation/MovementFromCode.h"
+
+#include "model/BarEx.h"
+#include "model/Messages.h"
+#include "notation/MovementCatalogue.h"
+#include "notation/NoteEx.h"
+#include "notation/TieEx.h"
+#include "platform/MovementDefinitions.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace corrieval {
+
+namespace {
+
+void AddPlainNote(const OlderNote& older, NoteDuration duration, CBarEx& bar, float x, float y, float height,
+                  CTieEx* tie, RepeatLink repeat)
+{
+    auto note = std::make_unique<CNoteEx>();
+    note->SetBounds(x, y, 0.156f, height);
+    note->Pitch = std::clamp(30 - older.Position, HighestPitch, LowestPitch);
+    note->Duration = duration;
+    note->DotCut = older.Dot;
+    note->GraceHead = false;
+    note->Weight = 1.0f;
+    note->RepeatKind = repeat.Kind;
+    note->RepeatId = repeat.Kind > 0 ? repeat.Id : 0;
+    note->UpdateChars();
+    if (tie != nullptr)
+        tie->AddNote(note.get());
+    bar.AddNoteSorted(std::move(note));
+}
+
+} // namespace
+
+void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, float height, CTieEx* tie,
+                      RepeatLink repeat, MovementMade& made)
+{
+    const CodeInfo code = LookUpCode(older.Code);
+    if (code.Kind == CodeKind::Note) {
+        AddPlainNote(older, code.Duration, bar, x, y, height, tie, repeat);
+        made = {QString(), 1};
+        return;
+    }
+    QString name = code.Name;
+    if (code.Kind != CodeKind::Movement) {
+        ShowMessage(QStringLiteral("Unknown note type [%1]. This will be ignored.").arg(code.Token),
+                    MessageKind::Warning);
+        // Looked up all the same, under a name that no definition has.
+        name = QStringLiteral("unknown");
+    }
+    const MovementDefinition definition = ReadMovementDefinition(MovementCategory(older.Code), name);
+    if (!definition.Usable())
+        return;
+    auto group = std::make_unique<CFixedNoteGroup>(name);
+    group->BuildNotes(definition.Chars, definition.RelativeNotePositions, repeat.Kind, repeat.Id);
+    const std::int32_t count = group->GetNoteCount();
+    group->SetBounds(x, y, static_cast<float>(count) * 0.78f / 10, height);
+    bar.AddNoteSorted(std::move(group));
+    made = {name, count};
+}
+
+} // namespace corrieval

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "notation/FixedNoteGroup.h"
+
+#include <QString>
+
+#include <cstdint>
+
+namespace corrieval {
+
+class CBarEx;
+class CTieEx;
+
+// The fields of an older note record that decide what it becomes.
+struct OlderNote {
+    std::uint32_t Code = 2;     // note or movement code
+    std::int32_t Position = 24; // the older stave position: the pitch is 30 less it
+    std::int32_t Dot = 0;
+};
+
+// What MovementFromCode made: the movement's display name (empty for a note) and its number of
+// notes.
+struct MovementMade {
+    QString Name;
+    std::int32_t NoteCount = 0;
+};
+
+// Turns an older note record into a note or a movement at (x, y), `height` high, and adds it to
+// the bar. A plain note joins `tie` when one is given; a movement is built from its definition in
+// the settings store. `made` is updated only when something was added: the conversion of older
+// files reuses the count it held before. An unknown or refused code is reported to the user and
+// ignored, as is a movement whose definition is missing or unusable.
+void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, float height, CTieEx* tie,
+                      RepeatLink repeat, MovementMade& made);
+
+} // namespace corrieval

@@ -1,0 +1,315 @@
+// Beamed groups: what the group and ungroup commands do to the notes, where a group is and how it
+// spaces its notes, and where stems and beams are drawn with the music font's real head widths.
+
+#include "fixtures/ScoreFixtures.h"
+#include "model/BarEx.h"
+#include "model/CorrievalDoc.h"
+#include "model/Stave.h"
+#include "model/TunePage.h"
+#include "notation/GroupCommands.h"
+#include "notation/NoteEx.h"
+#include "notation/NoteGroupEx.h"
+#include "support/RecordingPainter.h"
+#include "support/RecordingView.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace corrieval {
+namespace {
+
+using testing::PaintCall;
+
+constexpr float kNear = 1e-5f;
+constexpr float kPen = 0.004f;
+constexpr std::size_t kNotes = 6;
+
+// The lines drawn with a pen of the given width: stems are twice the pen, beams four times.
+std::vector<PaintCall> LinesOf(const testing::RecordingPainter& painter, float width)
+{
+    std::vector<PaintCall> lines = painter.Of(PaintCall::Kind::Line);
+    std::erase_if(lines, [width](const PaintCall& c) { return c.Stroke.Width != width; });
+    return lines;
+}
+
+// A stave of two bars of six crotchets, laid out by the tune fixture.
+class NoteGroups : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        doc = fixtures::BuildTune(
+            {.Groups = 1, .Parts = 1, .Columns = 2, .NotesPerBar = kNotes, .Title = false});
+        auto* area = static_cast<CGraphObjContainer*>(doc->Pages.front()->ChildAt(0));
+        stave = static_cast<CStave*>(static_cast<CGraphObjContainer*>(area->ChildAt(0))->ChildAt(0));
+        bar = static_cast<CBarEx*>(stave->ChildAt(0));
+        for (std::size_t i = 0; i < kNotes; ++i)
+            n.push_back(static_cast<CNoteEx*>(bar->ChildAt(i)));
+        std::sort(n.begin(), n.end(), [](CNoteEx* a, CNoteEx* b) { return a->Bounds().X < b->Bounds().X; });
+    }
+
+    // A group as paste builds one, of the first notes with these durations.
+    CNoteGroupEx& Beam(const std::vector<NoteDuration>& durations)
+    {
+        auto group = std::make_unique<CNoteGroupEx>();
+        for (std::size_t i = 0; i < durations.size(); ++i) {
+            n[i]->Duration = durations[i];
+            group->AddChild(bar->RemoveChild(n[i], false), false);
+        }
+        return *static_cast<CNoteGroupEx*>(bar->AddChild(std::move(group), true));
+    }
+
+    float BeamLine() const { return stave->ContentBox().Y + stave->Positions()[17]; }
+    float Unit() const { return stave->ContentBox().Height / 19; }
+
+    std::unique_ptr<CCorrievalDoc> doc;
+    CStave* stave = nullptr;
+    CBarEx* bar = nullptr;
+    std::vector<CNoteEx*> n; // the notes of the first bar, left to right
+};
+
+TEST_F(NoteGroups, GroupingBeamsCrotchetsToDemisemiquaversInPageOrder)
+{
+    testing::RecordingView view;
+    n[0]->Duration = 2;
+    n[1]->Duration = 64;
+    n[3]->Duration = 8;
+    n[4]->Duration = 32;
+    for (CNoteEx* note : {n[4], n[2], n[0], n[1], n[3]})
+        note->SetSelected(true);
+    const float left = n[0]->Bounds().X;
+    const float right = n[4]->Bounds().Right();
+
+    CNoteGroupEx* group = GroupNotes(view.Selection);
+    ASSERT_NE(group, nullptr);
+    EXPECT_EQ(group->Parent(), bar);
+    EXPECT_EQ(group->Notes(), (std::vector<CNoteEx*>{n[2], n[3], n[4]}));
+    EXPECT_EQ(n[2]->Duration, 8);
+    EXPECT_EQ(n[3]->Duration, 16);
+    EXPECT_EQ(n[4]->Duration, 32);
+    EXPECT_FALSE(n[2]->Stemmed);
+    EXPECT_EQ(n[2]->HeadChar.Code, CNoteEx::MelodyHeadGlyph);
+    EXPECT_EQ(n[2]->Colour(), CNoteBase::SelectedColour);
+    EXPECT_EQ(n[0]->Parent(), bar); // the minim and the gracenote stay
+    EXPECT_EQ(n[1]->Parent(), bar);
+    EXPECT_EQ(view.Selection, (std::vector<CScoObj*>{group}));
+    EXPECT_EQ(group->Bounds().X, left); // the stored rectangle encloses the selection
+    EXPECT_NEAR(group->Bounds().Width, right - left, kNear);
+
+    EXPECT_EQ(GroupNotes({n[0], n[1]}), nullptr);
+    EXPECT_EQ(GroupNotes({}), nullptr);
+    EXPECT_EQ(bar->ChildCount(), kNotes - 2);
+}
+
+TEST_F(NoteGroups, GroupingAgainAddsABeamUpToThree)
+{
+    CNoteGroupEx* group = GroupNotes({n[0], n[1]});
+    for (int press = 0; press < 3; ++press)
+        EXPECT_EQ(GroupNotes({group}), nullptr);
+    EXPECT_EQ(n[0]->Duration, 32);
+    GroupNotes({n[2], n[3]});
+    EXPECT_EQ(GroupNotes({n[3]}), nullptr); // a note of a group gains a beam on its own
+    EXPECT_EQ(n[3]->Duration, 16);
+    EXPECT_EQ(n[2]->Duration, 8);
+    // A note picked twice joins once.
+    EXPECT_EQ(GroupNotes({n[4], n[5], n[4]})->Notes(), (std::vector<CNoteEx*>{n[4], n[5]}));
+    EXPECT_EQ(n[4]->Duration, 8);
+    EXPECT_EQ(bar->ChildCount(), kNotes - 3);
+}
+
+TEST_F(NoteGroups, UngroupingTakesOffABeamAndQuaversLeaveAsCrotchets)
+{
+    testing::RecordingView view;
+    GroupNotes({n[4], n[5]});
+    UngroupNotes(view.Selection);
+    EXPECT_EQ(bar->ChildCount(), kNotes); // the group is gone
+    EXPECT_TRUE(view.Selection.empty());
+    EXPECT_EQ(n[4]->Parent(), bar);
+    EXPECT_EQ(n[4]->Duration, 4);
+    EXPECT_TRUE(n[4]->Stemmed);
+    EXPECT_EQ(n[4]->HeadChar.Code, 38);
+
+    CNoteGroupEx* group = GroupNotes({n[0], n[1], n[2]});
+    GroupNotes({group});
+    UngroupNotes({group});
+    EXPECT_EQ(group->ChildCount(), 3u);
+    UngroupNotes({n[1]});
+    EXPECT_EQ(n[1]->Parent(), bar);
+    EXPECT_EQ(group->Notes(), (std::vector<CNoteEx*>{n[0], n[2]}));
+
+    // The last note goes too, still a quaver; a cut means nothing without a beam.
+    n[0]->DotCut = CNoteEx::Cut;
+    n[2]->DotCut = CNoteEx::Dotted;
+    UngroupNotes({n[0]});
+    EXPECT_EQ(bar->ChildCount(), kNotes);
+    EXPECT_EQ(n[0]->DotCut, CNoteEx::Plain);
+    EXPECT_EQ(n[2]->Parent(), bar);
+    EXPECT_EQ(n[2]->HeadChar.Code, 39);
+    EXPECT_EQ(n[2]->DotCut, CNoteEx::Dotted);
+}
+
+TEST_F(NoteGroups, CommandsApplyToNotesOfOneBarOrGroupOrToOneGroup)
+{
+    auto* elsewhere = static_cast<CGraphObjContainer*>(stave->ChildAt(1))->ChildAt(0);
+    EXPECT_FALSE(CanGroup({}) || CanUngroup({}) || CanGroup({n[2]}) || CanGroup({n[2], elsewhere}));
+    EXPECT_TRUE(CanGroup({n[2], n[3]}));
+    CNoteGroupEx& group = Beam({8, 8});
+    EXPECT_TRUE(CanGroup({&group}) && CanUngroup({&group}) && CanGroup({n[0]}));
+    EXPECT_FALSE(CanGroup({&group, n[2]}) || CanGroup({n[0], n[2]}));
+    EXPECT_TRUE(CanUngroup({n[0], n[2]}));
+    EXPECT_FALSE(CanUngroup({n[2], n[0]})); // the first selected decides
+}
+
+TEST_F(NoteGroups, TheGroupIsWhereItsNotesAreAndSpacesThem)
+{
+    EXPECT_EQ(CNoteGroupEx().GetBounds(), RectF{});
+    CNoteGroupEx& group = Beam({8, 8, 8, 8});
+    const RectF first = n[0]->Bounds();
+    EXPECT_EQ(group.GetBounds().X, first.X);
+    EXPECT_EQ(group.GetBounds().Y, first.Y);
+    EXPECT_FLOAT_EQ(group.GetDefaultWidth(), n[3]->Bounds().Right() - first.X);
+
+    // Each note keeps the fraction of the width at which it stood.
+    const float middle = n[1]->Bounds().X;
+    group.SetBounds(first.X + 1, first.Y + 2, group.GetWidth() * 2, 0.8f);
+    EXPECT_NEAR(n[0]->Bounds().X, first.X + 1, kNear);
+    EXPECT_NEAR(n[1]->Bounds().X, (middle - first.X) * 2 + first.X + 1, kNear);
+    EXPECT_EQ(n[1]->Bounds().Y, first.Y + 2);
+    EXPECT_EQ(n[1]->Bounds().Height, 0.8f);
+    EXPECT_EQ(n[1]->Bounds().Width, first.Width);
+
+    const RectF before = group.GetBounds();
+    n[1]->SetBounds(n[0]->Bounds().Right(), before.Y, first.Width, before.Height);
+    group.AutoOrganise();
+    EXPECT_EQ(group.GetBounds().X, before.X);
+    EXPECT_NEAR(group.GetWidth(), before.Width, kNear);
+    const float gap = (before.Width - 4 * first.Width) / 3;
+    for (std::size_t i = 1; i < 4; ++i)
+        EXPECT_NEAR(n[i]->Bounds().X - n[i - 1]->Bounds().Right(), gap, kNear);
+}
+
+// Each case gives the segments note by note, separated by "|", one letter a level: F a full beam
+// to the next note, L and R stubs to the left and right, "-" none. A cut's stub is one level up.
+struct BeamCase {
+    const char* Name;
+    std::vector<NoteDuration> Durations;
+    std::vector<std::int32_t> DotCuts;
+    std::string Segments;
+};
+
+class Beaming : public NoteGroups, public ::testing::WithParamInterface<BeamCase> {};
+
+TEST_P(Beaming, BeamsLieWhereTheRulesPutThem)
+{
+    CNoteGroupEx& group = Beam(GetParam().Durations);
+    for (std::size_t i = 0; i < GetParam().DotCuts.size(); ++i)
+        n[i]->DotCut = GetParam().DotCuts[i];
+    testing::RecordingPainter painter;
+    group.Draw(painter, OutputMode::Screen);
+
+    struct Segment {
+        float From, To, Y;
+    };
+    std::vector<Segment> expected;
+    std::size_t note = 0;
+    int level = 0;
+    for (const char c : GetParam().Segments) {
+        if (c == '|') {
+            ++note;
+            level = 0;
+            continue;
+        }
+        // The first beam lies on the beam line, the others stack upwards.
+        const float y = BeamLine() - 2 * kPen - static_cast<float>(level++) * 1.4f * Unit();
+        const RectF head = n[note]->HeadRect;
+        const float stub = 0.8f * head.Width;
+        if (c == 'F')
+            expected.push_back({head.X, n[note + 1]->HeadRect.X, y});
+        else if (c == 'L')
+            expected.push_back({head.X - stub, head.X, y});
+        else if (c == 'R')
+            expected.push_back({head.X, head.X + stub, y});
+    }
+    const std::vector<PaintCall> beams = LinesOf(painter, 4 * kPen);
+    ASSERT_EQ(beams.size(), expected.size());
+    for (std::size_t s = 0; s < beams.size(); ++s) {
+        SCOPED_TRACE(::testing::Message() << "segment " << s);
+        EXPECT_NEAR(beams[s].X1, expected[s].From, kNear);
+        EXPECT_NEAR(beams[s].X2, expected[s].To, kNear);
+        EXPECT_NEAR(beams[s].Y1, expected[s].Y, kNear);
+        EXPECT_EQ(beams[s].Y2, beams[s].Y1);
+    }
+}
+
+constexpr std::int32_t kCut = CNoteEx::Cut;
+constexpr std::int32_t kDot = CNoteEx::Dotted;
+
+INSTANTIATE_TEST_SUITE_P(
+    NoteGroups, Beaming,
+    ::testing::Values(BeamCase{"Quavers", {8, 8}, {}, "F|L"},
+                      BeamCase{"SemiquaverBetween", {8, 16, 8}, {}, "F|FR|L"},
+                      BeamCase{"SecondBeamDrawnOnce", {16, 16, 8}, {}, "FF|F-|L"},
+                      BeamCase{"MoreBeamsAtTheEnd", {8, 32}, {}, "F|LLL"},
+                      BeamCase{"DemisemiquaverFirst", {32, 8, 16}, {}, "FRR|F|LL"},
+                      BeamCase{"CoveredByTheNoteBefore", {8, 32, 16, 8}, {}, "F|FFR|F-|L"},
+                      BeamCase{"StubBackTowardsMoreBeams", {8, 8, 16, 16, 8}, {}, "F|F|FF|FL|L"},
+                      BeamCase{"CutsAtBothEnds", {8, 8, 8}, {kCut, 0, kCut}, "FR|F|LL"},
+                      BeamCase{"CutBeforeAPlainNote", {8, 8, 8}, {0, kCut, 0}, "F|FL|L"},
+                      BeamCase{"CutBeforeADottedNote", {8, 8, 8}, {0, kCut, kDot}, "F|FR|L"}),
+    [](const ::testing::TestParamInfo<BeamCase>& param) { return param.param.Name; });
+
+TEST_F(NoteGroups, StemsRunFromTheHeadsToTheBeamLineAndBothAreHit)
+{
+    CNoteGroupEx& group = Beam({8, 16, 8});
+    EXPECT_FALSE(group.IsWithin(-100, -100, 1000, 1000)); // never drawn: nothing to select by
+    group.SetColour(0xFF112233);
+    testing::RecordingPainter painter;
+    group.Draw(painter, OutputMode::Screen);
+
+    const std::vector<PaintCall> stems = LinesOf(painter, 2 * kPen);
+    const std::vector<PaintCall> heads = painter.Of(PaintCall::Kind::FillPath);
+    ASSERT_EQ(stems.size(), 3u);
+    ASSERT_EQ(heads.size(), 3u);
+    EXPECT_GT(BeamLine(), stave->ContentBox().Y + 12 * Unit()); // below Low G's head
+    for (std::size_t i = 0; i < 3; ++i) {
+        const RectF head = n[i]->HeadRect;
+        EXPECT_EQ(stems[i].X1, head.X);
+        EXPECT_EQ(stems[i].X2, head.X);
+        EXPECT_FLOAT_EQ(stems[i].Y1, BeamLine());
+        EXPECT_FLOAT_EQ(stems[i].Y2, head.Y + head.Height / 2);
+        EXPECT_EQ(stems[i].Stroke.Argb, 0xFF112233u);
+        // The bare head's ink starts where the stem stands.
+        EXPECT_NEAR(heads[i].Path.boundingRect().left(), head.X, 0.02 * head.Height);
+    }
+    EXPECT_FALSE(painter.Smoothing);
+
+    const RectF a = n[0]->HeadRect;
+    const RectF b = n[1]->HeadRect;
+    const float beamY = BeamLine() - 2 * kPen;
+    const float between = (a.X + b.X) / 2;
+    EXPECT_TRUE(group.HitTestNote(between, beamY));
+    EXPECT_EQ(group.NoteAtPoint(between, beamY), nullptr);
+    EXPECT_EQ(bar->HitTest(between, beamY), &group);
+    EXPECT_FALSE(group.HitTestNote(between, beamY - 0.1f));
+    EXPECT_EQ(group.NoteAtPoint(b.X + b.Width / 2, b.Y + b.Height / 2), n[1]);
+    EXPECT_TRUE(group.IsWithin(a.X, beamY - 0.1f, n[2]->HeadRect.X - a.X + 1e-4f, 0.2f)); // edges may touch
+    EXPECT_FALSE(group.IsWithin(a.X + 0.01f, beamY - 0.1f, 1, 0.2f));
+}
+
+TEST(NoteGroup, OutsideAStaveNothingIsDrawn)
+{
+    CNoteGroupEx group;
+    group.AddChild(std::make_unique<CNoteEx>(8), true);
+    EXPECT_EQ(static_cast<CNoteEx*>(group.ChildAt(0))->Duration, 16);
+    testing::RecordingPainter painter;
+    group.Draw(painter, OutputMode::Screen);
+    EXPECT_TRUE(painter.Calls.empty());
+    EXPECT_FALSE(group.HitTestNote(0, 0));
+    EXPECT_EQ(group.Clone()->ChildCount(), 0u);
+}
+
+} // namespace
+} // namespace corrieval
