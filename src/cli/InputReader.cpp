@@ -1,0 +1,73 @@
+#include "cli/InputReader.h"
+
+#include "formats/bww/BwwFile.h"
+#include "formats/glenmarch/GlenmarchConversion.h"
+#include "formats/glenmarch/GlenmarchFile.h"
+#include "formats/glenmarch/PipeDoc.h"
+#include "formats/score/ScoreFile.h"
+#include "model/CorrievalDoc.h"
+#include "model/Messages.h"
+#include "platform/MovementDefinitions.h"
+
+#include <QFileInfo>
+
+namespace corrieval::cli {
+
+namespace {
+
+QString Kind(const QString& path)
+{
+    return QFileInfo(path).suffix().toLower();
+}
+
+// Movements are built from the definitions in the settings store, which the desktop app fills at
+// its first start; a machine that never ran it gets them here.
+void EnsureMovementDefinitions()
+{
+    if (const QString problem = InstallMovementDefinitions(); !problem.isEmpty())
+        ShowMessage(problem);
+}
+
+std::unique_ptr<CCorrievalDoc> ReadGlenmarchTune(const QString& path)
+{
+    std::unique_ptr<CPipeDoc> tune = LoadGlenmarch(path);
+    EnsureMovementDefinitions();
+    return ConvertToNewDocument(*tune, false);
+}
+
+// A Bagpiper Music Writer tune. Its problems have been shown as they were met; a refused file is
+// a file error, so that no half-read tune is written out.
+std::unique_ptr<CCorrievalDoc> ReadMusicWriterTune(const QString& path)
+{
+    bww::ImportLog log;
+    std::unique_ptr<CPipeDoc> tune = LoadBww(path, log);
+    if (tune == nullptr)
+        throw FileError(path, QStringLiteral("the tune could not be imported"));
+    EnsureMovementDefinitions();
+    return ConvertToNewDocument(*tune, true);
+}
+
+} // namespace
+
+bool CanReadInput(const QString& path)
+{
+    const QString kind = Kind(path);
+    return kind == QLatin1String("skb") || kind == QLatin1String("skt") || kind == QLatin1String("glm") ||
+           kind == QLatin1String("bww") || kind == QLatin1String("bmw");
+}
+
+QString ReadableInputs()
+{
+    return QStringLiteral("a .skb, .skt, .glm, .bww or .bmw file");
+}
+
+std::unique_ptr<CCorrievalDoc> ReadInput(const QString& path)
+{
+    if (Kind(path) == QLatin1String("glm"))
+        return ReadGlenmarchTune(path);
+    if (Kind(path) == QLatin1String("bww") || Kind(path) == QLatin1String("bmw"))
+        return ReadMusicWriterTune(path);
+    return LoadScore(path);
+}
+
+} // namespace corrieval::cli

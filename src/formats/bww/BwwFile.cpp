@@ -1,0 +1,33 @@
+#include "formats/bww/BwwFile.h"
+
+#include "formats/bww/BwwParser.h"
+#include "formats/glenmarch/PipeDoc.h"
+#include "formats/score/ScoreFile.h"
+
+#include <QFile>
+
+namespace corrieval {
+
+std::unique_ptr<CPipeDoc> ReadBww(const QByteArray& bytes, bww::ImportLog& log)
+{
+    auto doc = std::make_unique<CPipeDoc>();
+    // Beamed values are written in full in these files; the older doubling does not apply.
+    doc->BeatDoubling = 0;
+    bww::Parser parser(bytes, *doc, log);
+    if (!parser.Parse())
+        return nullptr;
+    return doc;
+}
+
+std::unique_ptr<CPipeDoc> LoadBww(const QString& path, bww::ImportLog& log)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw FileError(path, file.errorString());
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        throw FileError(path, file.errorString());
+    return ReadBww(bytes, log);
+}
+
+} // namespace corrieval

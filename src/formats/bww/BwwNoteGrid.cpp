@@ -1,0 +1,35 @@
+#include "formats/bww/BwwNoteGrid.h"
+
+namespace corrieval::bww {
+
+bool NoteGrid::NewRow()
+{
+    m_rowOpen = m_rows < MaxRows;
+    if (!m_rowOpen)
+        return false;
+    m_used[m_rows++] = 0;
+    return true;
+}
+
+bool NoteGrid::Add(const Slot& slot)
+{
+    if (!m_rowOpen || m_used[m_rows - 1] >= MaxSlots)
+        return false;
+    m_grid[m_rows - 1][m_used[m_rows - 1]++] = slot;
+    return true;
+}
+
+NoteGrid::Slot* NoteGrid::Previous(std::size_t back)
+{
+    if (!m_rowOpen || back == 0 || back > m_used[m_rows - 1])
+        return nullptr;
+    return &m_grid[m_rows - 1][m_used[m_rows - 1] - back];
+}
+
+void NoteGrid::Clear()
+{
+    m_rows = 0;
+    m_rowOpen = false;
+}
+
+} // namespace corrieval::bww

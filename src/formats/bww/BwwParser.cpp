@@ -1,0 +1,355 @@
+#include "formats/bww/BwwParser.h"
+
+#include "formats/archive/CodePage1252.h"
+#include "formats/bww/BwwPartWriter.h"
+#include "formats/glenmarch/PipeDoc.h"
+
+#include <array>
+
+namespace corrieval::bww {
+
+namespace {
+
+constexpr std::int32_t kLowGPosition = 19;
+constexpr std::int32_t kGracenoteCode = 30;
+
+// The older stave position at which a movement is written, or 0 for a word that the older
+// model has no movement for (those are passed over).
+std::int32_t MovementPosition(std::int32_t token)
+{
+    struct Range {
+        std::int32_t First, Last, Position;
+    };
+    static constexpr Range kRanges[] = {
+        {40, 42, 19},   {80, 80, 19},   {82, 88, 19},   {91, 92, 19}, {96, 102, 19}, {105, 112, 19},
+        {115, 120, 19}, {162, 163, 19}, {43, 45, 20},   {46, 48, 21}, {49, 51, 22},  {81, 81, 22},
+        {95, 95, 22},   {104, 104, 22}, {113, 114, 22}, {52, 54, 23}, {55, 57, 24},  {58, 62, 25},
+        {164, 164, 25}, {63, 63, 26},   {165, 165, 26},
+    };
+    for (const Range& r : kRanges) {
+        if (token >= r.First && token <= r.Last)
+            return r.Position;
+    }
+    return 0;
+}
+
+// Lengths as written (2 minim, 4 crotchet, ...) to the older codes. A beamed note reads one
+// place further along, the older code counting beams.
+std::int32_t PlainDuration(std::int32_t length)
+{
+    switch (length) {
+    case 2:
+        return 1;
+    case 8:
+        return 3;
+    case 16:
+    case 32:
+        return 4;
+    default:
+        return 2;
+    }
+}
+
+std::int32_t BeamedDuration(std::int32_t length)
+{
+    switch (length) {
+    case 2:
+    case 4:
+        return 1;
+    case 16:
+        return 3;
+    case 32:
+        return 4;
+    default:
+        return 2;
+    }
+}
+
+// The music font's character for each time signature token, 2_2 to C_.
+QString TimeSigGlyph(std::int32_t token)
+{
+    static constexpr std::array<char, 13> kGlyphs{'!', '+', '"',  '#', '$', '%', ')',
+                                                  '*', '&', '\'', '(', '.', '-'};
+    return QString(QChar(kGlyphs[static_cast<std::size_t>(token - Token::FirstTimeSig)]));
+}
+
+bool IsTimeSig(std::int32_t token)
+{
+    return token >= Token::FirstTimeSig && token <= Token::CutTime;
+}
+
+// Texts are taken as UTF-8 where they are that, and otherwise as the Windows code page that the
+// older writers used.
+QString Decode(const std::string& bytes)
+{
+    const QString utf8 = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    if (!utf8.contains(QChar::ReplacementCharacter))
+        return utf8;
+    QString text;
+    for (const char c : bytes)
+        text.append(QChar(DecodeCodePage1252(static_cast<std::uint8_t>(c))));
+    return text;
+}
+
+} // namespace
+
+Parser::Parser(const QByteArray& text, CPipeDoc& doc, ImportLog& log)
+    : m_lexer(text, log), m_doc(doc), m_log(log)
+{
+}
+
+void Parser::Match(std::int32_t token)
+{
+    if (m_lookahead != token) {
+        m_lexer.Error(ProblemCode::TokenMismatch);
+        return;
+    }
+    m_lastToken = token;
+    m_lookahead = m_lexer.Next();
+}
+
+bool Parser::Parse()
+{
+    m_lookahead = m_lexer.Next();
+    if (!Header())
+        return false;
+    while (m_lookahead != Token::EndOfFile && !m_log.ErrorFlag) {
+        while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile)
+            m_lookahead = m_lexer.Next();
+        if (m_lookahead == Token::EndOfFile)
+            break;
+        Clef();
+        TimeSignature();
+        Music();
+    }
+    // A last part that ends with the file, without a repeat sign and short of its size, is kept.
+    if (m_grid.RowCount() > 0 && !m_log.ErrorFlag)
+        FinishPart();
+    return !m_log.ErrorFlag;
+}
+
+bool Parser::Header()
+{
+    return m_lookahead == Token::Title ? BmwHeader() : BwwHeader();
+}
+
+bool Parser::BmwHeader()
+{
+    // Positional: title, type, composer, and one more text that is not used.
+    std::array<QString, 3> texts;
+    for (QString& text : texts) {
+        text = Decode(m_lexer.Lexeme);
+        Match(Token::Title);
+        if (m_lookahead != Token::Title) {
+            m_log.Warning(ProblemCode::InvalidBmw, m_lexer.TextLine(), ProblemText(ProblemCode::InvalidBmw));
+            return false;
+        }
+    }
+    Match(Token::Title);
+    StoreTexts(texts[0], texts[1], texts[2]);
+    return true;
+}
+
+bool Parser::BwwHeader()
+{
+    QString title;
+    QString type;
+    QString composer;
+    const auto invalid = [this] {
+        m_log.Warning(ProblemCode::InvalidBww, m_lexer.TextLine(), ProblemText(ProblemCode::InvalidBww));
+        return false;
+    };
+    for (int named = 0; named < 3;) {
+        while (m_lookahead != Token::Title && m_lookahead != Token::EndOfFile && !m_log.ErrorFlag)
+            m_lookahead = m_lexer.Next();
+        if (m_lookahead != Token::Title)
+            return invalid();
+        const QString text = Decode(m_lexer.Lexeme);
+        const char kind = m_lexer.TitleKind();
+        Match(Token::Title);
+        // Files that other programs converted say so in a text of their own.
+        if (text.contains(QLatin1String("Converted")))
+            continue;
+        QString* target = kind == 'M' ? &composer : kind == 'T' ? &type : kind == 'Y' ? &title : nullptr;
+        if (target != nullptr) {
+            *target = text;
+            ++named;
+        }
+    }
+    while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile)
+        m_lookahead = m_lexer.Next();
+    if (m_lookahead == Token::EndOfFile)
+        return invalid();
+    StoreTexts(title, type, composer);
+    return true;
+}
+
+void Parser::StoreTexts(const QString& title, const QString& type, const QString& composer)
+{
+    const auto clean = [](QString text) { return text.replace(QLatin1String("\r\n"), QLatin1String(" - ")); };
+    m_doc.CentreText.Text = clean(title.isEmpty() ? QStringLiteral("Unknown") : title);
+    m_doc.LeftText.Text = clean(type);
+    m_doc.RightText.Text = clean(composer);
+}
+
+void Parser::Clef()
+{
+    Match(Token::Clef);
+}
+
+void Parser::TimeSignature()
+{
+    if (!IsTimeSig(m_lookahead))
+        return;
+    const std::int32_t token = m_lookahead;
+    m_doc.TimeSigText = TimeSigGlyph(token);
+    // The older program matched 6_4 against 5_4, so that a tune in 6_4 never imported; users'
+    // files were written against that, and it stays.
+    Match(token == Token::SixFour ? Token::SixFour - 1 : token);
+}
+
+void Parser::Music()
+{
+    while (m_lookahead != Token::EndOfFile) {
+        const std::int32_t bar = BarLineStep();
+        if (bar == Token::RepeatEnd || bar == Token::RepeatEndDots || bar == Token::LineEnd)
+            return;
+        EndingStep();
+        NotesStep();
+    }
+}
+
+std::int32_t Parser::BarLineStep()
+{
+    const std::int32_t token = m_lookahead;
+    const std::int32_t before = m_lastToken;
+    switch (token) {
+    case Token::RepeatStart:
+    case Token::RepeatStartDots:
+        Match(token);
+        break;
+    case Token::RepeatEnd:
+    case Token::RepeatEndDots:
+        Match(token);
+        ++m_barCount;
+        // The repeat sign that closes a first-time ending does not close the part: the second
+        // time follows.
+        if (m_firstTimeSeen && before == Token::EndingEnd && m_lastEndingKind == 1 && !m_secondTimeSeen)
+            break;
+        if (m_barCount >= 2)
+            FinishPart();
+        break;
+    case Token::LineEnd: {
+        Match(token);
+        ++m_barCount;
+        if (m_barCount % 2 == 1 && m_anacrusis == CPart::NoUpbeat)
+            m_anacrusis = CPart::Upbeat;
+        // A part without repeat signs ends by its size: 8 bars, 9 with an upbeat bar.
+        const bool full = m_anacrusis == CPart::Upbeat ? m_barCount >= 9 : m_barCount >= 8;
+        if (full)
+            FinishPart();
+        break;
+    }
+    case Token::BarLine:
+        if (before != Token::Clef)
+            ++m_barCount;
+        Match(token);
+        break;
+    default:
+        break;
+    }
+    return token;
+}
+
+void Parser::EndingStep()
+{
+    if (m_lookahead != Token::FirstTime && m_lookahead != Token::SecondTime)
+        return;
+    m_lastEndingKind = m_lookahead == Token::FirstTime ? 1 : 2;
+    (m_lastEndingKind == 1 ? m_firstTimeSeen : m_secondTimeSeen) = true;
+    Match(m_lookahead);
+}
+
+void Parser::NotesStep()
+{
+    m_rowRefused = !m_grid.NewRow();
+    if (m_rowRefused && !m_partTooLongShown) {
+        m_partTooLongShown = true;
+        m_log.Warning(ProblemCode::PartTooLong, m_lexer.TextLine(), ProblemText(ProblemCode::PartTooLong));
+    }
+    m_barTooLongShown = false;
+    const auto endsBar = [this] {
+        return m_lookahead == Token::RepeatEnd || m_lookahead == Token::RepeatEndDots ||
+               m_lookahead == Token::LineEnd || m_lookahead == Token::BarLine ||
+               m_lookahead == Token::EndOfFile;
+    };
+    while (!endsBar()) {
+        ReadItem();
+        if (m_lookahead >= Token::FirstTimeSig && m_lookahead <= Token::LastNumberedTimeSig)
+            TimeSignature();
+        if (m_lookahead == Token::EndingEnd)
+            Match(Token::EndingEnd);
+    }
+}
+
+void Parser::AddSlot(const NoteGrid::Slot& slot)
+{
+    if (m_grid.Add(slot) || m_rowRefused || m_barTooLongShown)
+        return;
+    m_barTooLongShown = true;
+    m_log.Warning(ProblemCode::BarTooLong, m_lexer.TextLine(), ProblemText(ProblemCode::BarTooLong));
+}
+
+void Parser::ReadItem()
+{
+    const std::int32_t token = m_lookahead;
+    const std::int32_t length = m_lexer.Value;
+    if (const std::int32_t position = MovementPosition(token); position != 0) {
+        AddSlot({.Code = token, .Pitch = position});
+    } else if (token >= Token::LowG && token <= Token::HighALeft) {
+        const std::int32_t pitch = kLowGPosition + (token - Token::LowG) / 3;
+        const std::int32_t form = (token - Token::LowG) % 3; // plain, r, l
+        if (form == 0)
+            AddSlot({.Code = PlainDuration(length), .Pitch = pitch});
+        else
+            AddSlot(
+                {.Code = BeamedDuration(length), .Pitch = pitch, .Beamed = true, .BeamGoesOn = form == 1});
+    } else if (token >= Token::FirstGracenote && token <= Token::LastGracenote) {
+        static constexpr std::array<std::int32_t, 4> kPositions{26, 23, 24, 27};
+        AddSlot({.Code = kGracenoteCode,
+                 .Pitch = kPositions[static_cast<std::size_t>(token - Token::FirstGracenote)]});
+    } else if (token >= Token::FirstDot && token <= Token::LastDot) {
+        if (NoteGrid::Slot* previous = m_grid.Previous(1))
+            previous->Dotted = true;
+    } else if (token == Token::Tie) {
+        if (NoteGrid::Slot* previous = m_grid.Previous(1))
+            previous->Tied = true;
+    } else if (token == Token::Triplet) {
+        if (m_grid.Previous(3) != nullptr) {
+            for (std::size_t back = 1; back <= 3; ++back)
+                m_grid.Previous(back)->Tied = true;
+        }
+    } else if (!m_lexer.Lexeme.empty()) {
+        m_log.PassOver(m_lexer.TextLine(), Decode(m_lexer.Lexeme));
+    }
+    Match(token);
+}
+
+void Parser::FinishPart()
+{
+    // An odd number of bars means an upbeat bar opened the part.
+    if (m_grid.RowCount() % 2 == 1)
+        m_anacrusis = CPart::Upbeat;
+    WritePart(m_doc, m_grid,
+              {.Number = m_partNumber, .Anacrusis = m_anacrusis, .FirstTime = m_firstTimeSeen});
+    ++m_partNumber;
+    m_barCount = 0;
+    m_anacrusis = CPart::NoUpbeat;
+    m_firstTimeSeen = false;
+    m_secondTimeSeen = false;
+    m_lastEndingKind = 0;
+    m_partTooLongShown = false;
+    m_grid.Clear();
+}
+
+} // namespace corrieval::bww

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "formats/bww/BwwLexer.h"
+#include "formats/bww/BwwNoteGrid.h"
+
+#include <QByteArray>
+#include <QString>
+#include <cstdint>
+
+namespace corrieval {
+class CPipeDoc;
+}
+
+namespace corrieval::bww {
+
+// The driver over the lexer's tokens, with one token of lookahead: the header's texts, then stave
+// by stave the bars, gathered a part at a time in a NoteGrid and written into the CPipeDoc when
+// the part ends at a repeat sign or, for a plain part, by its size. Words it has no use for are
+// passed over and logged.
+class Parser {
+public:
+    Parser(const QByteArray& text, CPipeDoc& doc, ImportLog& log);
+
+    // True when the whole text was read without an error.
+    bool Parse();
+
+private:
+    bool Header();
+    bool BmwHeader();
+    bool BwwHeader();
+    void StoreTexts(const QString& title, const QString& type, const QString& composer);
+    void Match(std::int32_t token);
+    void Clef();
+    void TimeSignature();
+    void Music();
+    std::int32_t BarLineStep();
+    void EndingStep();
+    void NotesStep();
+    void ReadItem();
+    void AddSlot(const NoteGrid::Slot& slot);
+    void FinishPart();
+
+    Lexer m_lexer;
+    CPipeDoc& m_doc;
+    ImportLog& m_log;
+    NoteGrid m_grid;
+    std::int32_t m_lookahead = Token::Unknown;
+    std::int32_t m_lastToken = Token::Unknown;
+
+    // The part being read.
+    std::int32_t m_partNumber = 1;
+    std::int32_t m_barCount = 0;
+    std::int32_t m_anacrusis = 2;
+    bool m_firstTimeSeen = false;
+    bool m_secondTimeSeen = false;
+    std::int32_t m_lastEndingKind = 0;
+    bool m_partTooLongShown = false;
+    bool m_rowRefused = false; // the bar being read did not fit in the grid
+    bool m_barTooLongShown = false;
+};
+
+} // namespace corrieval::bww

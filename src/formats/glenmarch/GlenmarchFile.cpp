@@ -1,0 +1,55 @@
+#include "formats/glenmarch/GlenmarchFile.h"
+
+#include "formats/archive/Archive.h"
+#include "formats/glenmarch/GlenmarchConversion.h"
+#include "formats/glenmarch/PipeDoc.h"
+#include "formats/score/ScoreFile.h"
+#include "model/Messages.h"
+
+#include <QFile>
+
+namespace corrieval {
+
+std::unique_ptr<CPipeDoc> ReadGlenmarch(const QByteArray& bytes, const QString& fileName)
+{
+    auto doc = std::make_unique<CPipeDoc>();
+    CArchive ar(bytes, GlenmarchClasses(), fileName, nullptr);
+    doc->Serialize(ar);
+    return doc;
+}
+
+std::unique_ptr<CPipeDoc> LoadGlenmarch(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw FileError(path, file.errorString());
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        throw FileError(path, file.errorString());
+    return ReadGlenmarch(bytes, path);
+}
+
+QByteArray StoreGlenmarch(CPipeDoc& doc, const QString& fileName)
+{
+    CArchive ar(GlenmarchClasses(), fileName, nullptr);
+    doc.Serialize(ar);
+    return ar.Bytes();
+}
+
+bool ImportGlenmarch(const QString& path)
+{
+    std::unique_ptr<CPipeDoc> tune;
+    try {
+        tune = LoadGlenmarch(path);
+    } catch (const FileError&) {
+        ShowMessage(QStringLiteral("Error opening the file"), MessageKind::OkCancel);
+        return false;
+    } catch (const ArchiveError& e) {
+        ShowMessage(QStringLiteral("%1: %2").arg(e.FileName(), e.Describe()), MessageKind::Warning);
+        return false;
+    }
+    ConvertIntoActiveView(std::move(tune), false);
+    return true;
+}
+
+} // namespace corrieval

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "formats/glenmarch/PipeDoc.h"
+#include "model/Geometry.h"
+#include "notation/MovementFromCode.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace corrieval {
+
+class CBarEx;
+class CCorrievalDoc;
+class CNoteGroupEx;
+class CStave;
+class CStaveArea;
+class CTieEx;
+class CTimeSig;
+class CTunePage;
+class CText;
+
+// One run of the conversion of an older tune into a score (see GlenmarchConversion.h). It walks
+// the older lines page by page and, within a line, the columns and the notes, carrying along the
+// open repeat section, tie and beam.
+class PipeConversion {
+public:
+    PipeConversion(CPipeDoc& source, CCorrievalDoc& target, bool fromText);
+    ~PipeConversion();
+    void Run();
+
+private:
+    // What one older line holds, column by column.
+    struct LineReading {
+        std::vector<const CBar*> Older;
+        std::vector<double> Widths; // 0 where there is no bar
+    };
+    // Where the notes of one older bar go.
+    struct BarPlacing {
+        const CBar& Older;
+        CBarEx& Bar;
+        double ColumnWidth; // of the older column, thousandths
+        bool UpbeatColumn;
+        const CTimeSig& TimeSig; // the music area's
+    };
+
+    // Headings and the page.
+    void CleanTexts();
+    void ApplyOrientation();
+    void AddHeadings(CTunePage& page, const RectF& box, float unit);
+    void AddHeading(CTunePage& page, const RectF& bounds, const CText& text, double sizeFactor,
+                    std::int32_t alignment);
+    void SetTempo();
+    CStaveArea& AddStaveArea(CTunePage& page, const RectF& box, float y, std::int32_t lines,
+                             bool showTimeSig);
+
+    // Lines and columns.
+    void CountColumns();
+    std::int32_t LineCount() const;
+    void PlacePages(CStaveArea& firstArea, std::int32_t lines, std::int32_t firstPageLines);
+    std::vector<CTunePage*> AddLaterPages(std::int32_t lines);
+    // Makes the system of an older line at y; false when the line placed no bar.
+    bool PlaceLine(CStaveArea& area, std::int32_t line, float y);
+    LineReading ReadLine(std::int32_t line, std::int32_t shift) const;
+    bool ReadsShifted(const LineReading& reading) const;
+    std::vector<std::size_t> KeptColumns(std::int32_t line, const LineReading& reading) const;
+    void SizeBars(CStave& stave, const std::vector<std::size_t>& kept);
+
+    // Bars and notes (PipeConversionNotes.cpp).
+    void NextEnding();
+    void PlaceBar(const BarPlacing& placing, CStaveArea& area);
+    void FollowTie(std::int32_t noteId);
+    void HonourEnding(std::int32_t noteId, const BarPlacing& placing, CStaveArea& area);
+    void OpenSection(CBarEx& bar);
+    void AddWholeLineMarker(CStaveArea& area, CBarEx& bar);
+    void PlaceBeamed(const CNote& note, const CNoteGroup& beam, const BarPlacing& placing, float x);
+    void PlaceSingle(const CNote& note, const BarPlacing& placing, float& x);
+    void CloseBeam(CBarEx& bar);
+    CTieEx* TieFor(std::int32_t noteId) const;
+
+    CPipeDoc& m_source;
+    CCorrievalDoc& m_doc;
+    bool m_fromText;
+    std::int32_t m_timeSigType = 0;
+
+    // Columns: their number, the upbeat column, and the older widths and starts seen so far.
+    std::int32_t m_barsPerLine = 1;
+    bool m_upbeatColumn = false;
+    std::vector<double> m_columnWidths;
+    std::vector<double> m_columnStarts;
+    std::vector<double> m_previousLine;
+    std::map<std::pair<std::int32_t, std::int32_t>, const CBar*> m_barAt;
+
+    // Repeat endings: the next mark to honour and the section that is open.
+    enum class EndingMode { None, FirstTimeNote, WholeLine, FirstTimeNoteWithMarker };
+    std::size_t m_nextPart = 0;
+    EndingMode m_mode = EndingMode::None;
+    std::int32_t m_mark = 0;
+    std::int64_t m_targetLine = -1; // the line whose first bar opens a whole-line ending
+    std::int32_t m_barCounter = 0;
+    std::int32_t m_repeatId = 0;
+    std::int32_t m_timing = 0;
+    bool m_sectionOpen = false;
+
+    // The tie being followed, and the beam being built.
+    std::unordered_map<std::int32_t, const CTie*> m_tieByFirst;
+    const CTie* m_olderTie = nullptr;
+    CTieEx* m_tie = nullptr;
+    std::unique_ptr<CNoteGroupEx> m_beam;
+    const CNoteGroup* m_olderBeam = nullptr;
+    MovementMade m_made;
+};
+
+} // namespace corrieval
