@@ -14,6 +14,16 @@ enum ExitStatus { Success = 0, FileFailed = 1, BadCommandLine = 2 };
 // Each command takes its own arguments (after the command word).
 int RunInfo(const QStringList& args, QTextStream& out, QTextStream& err);
 int RunConvert(const QStringList& args, QTextStream& out, QTextStream& err);
+// Lists the note and movement galleries as the app offers them, gracenotes by pitch name.
+int RunMovements(const QStringList& args, QTextStream& out, QTextStream& err);
+// Prints the play lists of a score, one tab-separated line a note: part, index, start, length,
+// sample index, note name, duration code, weight.
+int RunSequence(const QStringList& args, QTextStream& out, QTextStream& err);
+// Plays a score through the sound device, showing the time and the bar, until it ends or Ctrl-C.
+int RunPlay(const QStringList& args, QTextStream& out, QTextStream& err);
+// Generates the instrument samples from a General MIDI SoundFont into a folder, keeping any
+// file that is there.
+int RunMakeSamples(const QStringList& args, QTextStream& out, QTextStream& err);
 // Whether these arguments of convert ask for pages drawn, which needs a GUI application.
 bool ConvertDrawsPages(const QStringList& args);
 

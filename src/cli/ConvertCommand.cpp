@@ -1,4 +1,6 @@
 #include "cli/Commands.h"
+#include "cli/InputReader.h"
+#include "cli/PlayOptions.h"
 #include "formats/score/ScoreFile.h"
 #include "model/CorrievalDoc.h"
 #include "notation/MusicFont.h"
@@ -27,7 +29,7 @@ int DrawPages(const QString& in, const QString& out, platform::PageFormat format
         return FileFailed;
     }
     return GuardFileErrors(err, [&] {
-        const auto doc = LoadScore(in);
+        const auto doc = ReadInput(in);
         for (const QString& file : platform::ExportPages(*doc, out, format, options))
             stdOut << file << '\n';
         stdOut.flush();
@@ -40,11 +42,13 @@ struct ConvertLine {
     QCommandLineParser Parser;
     QCommandLineOption Dpi{QStringLiteral("dpi"), QString(), QStringLiteral("N"), QStringLiteral("150")};
     QCommandLineOption Print{QStringLiteral("print")};
+    PlayOptions Play; // for .wav output
 
     ConvertLine()
     {
         Parser.addOption(Dpi);
         Parser.addOption(Print);
+        Play.AddTo(Parser);
     }
     bool Parse(const QStringList& args)
     {
@@ -73,10 +77,18 @@ int RunConvert(const QStringList& args, QTextStream& stdOut, QTextStream& err)
         return ReportUsage(err, QStringLiteral("convert takes an input and an output file"));
     const QString& in = files[0];
     const QString& out = files[1];
-    const QString inKind = Suffix(in);
     const QString outKind = Suffix(out);
-    if (inKind != QLatin1String("skb") && inKind != QLatin1String("skt"))
-        return ReportUsage(err, QStringLiteral("cannot read '%1': give a .skb or .skt file").arg(in));
+    if (!CanReadInput(in))
+        return ReportUsage(err, QStringLiteral("cannot read '%1': give %2").arg(in, ReadableInputs()));
+    if (outKind == QLatin1String("wav") && !parser.isSet(line.Dpi) && !parser.isSet(line.Print)) {
+        const auto settings = line.Play.Read(parser);
+        if (const QString* problem = std::get_if<QString>(&settings))
+            return ReportUsage(err, *problem);
+        return ConvertToWav(in, out, std::get<PlaySettings>(settings), stdOut, err);
+    }
+    if (line.Play.AnySet(parser))
+        return ReportUsage(
+            err, QStringLiteral("--tempo, --part, --instrument and --samples apply to .wav output"));
 
     if (const auto format = platform::PageFormatOfFile(out)) {
         if (parser.isSet(line.Dpi) && format != platform::PageFormat::Png)
@@ -90,13 +102,14 @@ int RunConvert(const QStringList& args, QTextStream& stdOut, QTextStream& err)
         return DrawPages(in, out, *format, options, stdOut, err);
     }
 
-    if (outKind != QLatin1String("skb") && outKind != QLatin1String("skp"))
+    if (outKind != QLatin1String("skb") && outKind != QLatin1String("skp") && outKind != QLatin1String("wav"))
         return ReportUsage(
-            err, QStringLiteral("cannot write '%1': give a .skb, .skp, .pdf, .svg or .png file").arg(out));
+            err,
+            QStringLiteral("cannot write '%1': give a .skb, .skp, .pdf, .svg, .png or .wav file").arg(out));
     if (parser.isSet(line.Dpi) || parser.isSet(line.Print))
         return ReportUsage(err, QStringLiteral("--dpi and --print apply to .pdf, .svg and .png output"));
     return GuardFileErrors(err, [&] {
-        const auto doc = LoadScore(in);
+        const auto doc = ReadInput(in);
         if (outKind == QLatin1String("skp"))
             SavePlayerFile(*doc, out);
         else

@@ -9,11 +9,25 @@ using namespace corrieval::cli;
 namespace {
 const char* const kUsage = "usage: corrieval-cli info FILE\n"
                            "       corrieval-cli convert IN OUT [--print] [--dpi N]\n"
+                           "       corrieval-cli movements\n"
+                           "       corrieval-cli sequence SCORE\n"
+                           "       corrieval-cli play SCORE [--loop] [--no-sound] [PLAY OPTIONS]\n"
+                           "       corrieval-cli make-samples DIR [SAMPLE OPTIONS]\n"
                            "  IN is a score (.skb) or template (.skt); OUT is a score (.skb), a player\n"
                            "  file (.skp), or the pages drawn as .pdf, .svg or .png (NAME-1.png, ...\n"
                            "  for several pages). --print draws for paper, without the page's shadow,\n"
                            "  outline and margin shading. --dpi sets the resolution of .png pages\n"
-                           "  (default 150).\n";
+                           "  (default 150). movements lists the note and movement galleries with the\n"
+                           "  pitches and playing weights of each movement's gracenotes.\n"
+                           "  OUT may also be a .wav file, rendered with the PLAY OPTIONS: --tempo BPM\n"
+                           "  (default: the score's), --part all|1-4 (one part at full level),\n"
+                           "  --instrument bagpipes|chanter|smallpipes-bb|smallpipes-a|smallpipes-c|\n"
+                           "  smallpipes-d, --samples DIR (default: the data folder's \"Instrument\n"
+                           "  Samples\"). play sounds the tune through the sound server, showing the time\n"
+                           "  and the bar, until it ends; --loop plays it again until Ctrl-C, and\n"
+                           "  --no-sound goes through it at its pace without a sound device.\n"
+                           "  make-samples generates the instrument samples into DIR from a General MIDI\n"
+                           "  SoundFont; corrieval-cli make-samples --help lists its options.\n";
 } // namespace
 
 int corrieval::cli::ReportFileProblem(QTextStream& err, const QString& file, const QString& problem)
@@ -54,6 +68,14 @@ int main(int argc, char** argv)
         return RunInfo(args, out, err);
     if (command == QLatin1String("convert"))
         return RunConvert(args, out, err);
+    if (command == QLatin1String("movements"))
+        return RunMovements(args, out, err);
+    if (command == QLatin1String("sequence"))
+        return RunSequence(args, out, err);
+    if (command == QLatin1String("play"))
+        return RunPlay(args, out, err);
+    if (command == QLatin1String("make-samples"))
+        return RunMakeSamples(args, out, err);
     if (command == QLatin1String("--help") || command == QLatin1String("help")) {
         out << kUsage << Qt::flush;
         return Success;

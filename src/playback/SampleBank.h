@@ -24,13 +24,19 @@ std::int16_t* Slot(std::size_t index);
 enum class Instrument { Bagpipes, Chanter, SmallpipesBb, SmallpipesA, SmallpipesC, SmallpipesD };
 
 // What loading an instrument left in the bank: whether all nine files were read, and the channel
-// count of the last file read.
+// count of the last file read. Problem names the file that stopped the load and why, for a
+// caller that wants to tell the user; it is empty when all nine loaded.
 struct InstrumentLoad {
     bool Loaded = false;
     std::uint32_t Channels = 0;
+    QString Problem;
 };
 
 // Fills the bank from the instrument's nine files in `folder` ("bp1.wav" ... "spd9.wav").
 InstrumentLoad LoadInstrument(Instrument instrument, const QString& folder);
+
+// The name of an instrument's file `number` (1 Low G to 9 High A): "bp3.wav", "sp3.wav" for the
+// Smallpipes in Bb, "spc3.wav" for those in C.
+QString SampleFileName(Instrument instrument, int number);
 
 } // namespace corrieval

@@ -68,6 +68,43 @@ check "--dpi for a pdf exits 2" test "$(status_of "$cli" convert --dpi 300 "$exa
 check "--print for a score exits 2" test "$(status_of "$cli" convert --print "$example" "$work/print.skb")" = 2
 check "an unknown option exits 2" test "$(status_of "$cli" convert --colour "$example" "$work/x.pdf")" = 2
 
+# Sound, from recordings made up here: nine stereo files each as short as the player takes.
+mkdir "$work/samples" "$work/nosamples"
+python3 - "$work/samples" <<'EOF'
+import sys, wave
+for n in range(1, 10):
+    with wave.open(f"{sys.argv[1]}/bp{n}.wav", "wb") as w:
+        w.setnchannels(2)
+        w.setsampwidth(2)
+        w.setframerate(44100)
+        w.writeframes(bytes([n, 16]) * 262144)
+EOF
+check "render to wav" test "$(status_of "$cli" convert "$example" "$work/tune.wav" --samples "$work/samples" --part 1)" = 0
+check "which names the file written" grep -qx "$work/tune.wav" "$work/out"
+check "a stereo 16-bit wav at 44,100 Hz" test "$(od -An -tx1 -j8 -N32 "$work/tune.wav" | tr -d ' \n')" = \
+    "57415645666d7420100000000100020044ac000010b102000400100066616374"
+check "sound in whole blocks of 40,960 bytes" test $(( ($(stat -c %s "$work/tune.wav") - 56) % 40960 )) = 0
+check "no recordings exits 1" test "$(status_of "$cli" convert "$example" "$work/x.wav" --samples "$work/nosamples")" = 1
+check "naming the folder and the file" grep -q "^corrieval-cli: $work/nosamples/: .*bp1.wav" "$work/err"
+check "and nothing else" test "$(wc -l <"$work/err")" = 1
+check "another instrument's recordings are missing" \
+    test "$(status_of "$cli" convert "$example" "$work/x.wav" --samples "$work/samples" --instrument chanter)" = 1
+check "naming its first file" grep -q "Chanter recordings: ch1.wav" "$work/err"
+for bad in "--part 5" "--part none" "--tempo 0" "--tempo fast" "--instrument kazoo"; do
+    # shellcheck disable=SC2086
+    check "$bad exits 2" test "$(status_of "$cli" convert "$example" "$work/x.wav" $bad)" = 2
+done
+check "a tempo for a pdf exits 2" test "$(status_of "$cli" convert "$example" "$work/x.pdf" --tempo 90)" = 2
+check "play without a sound device" \
+    test "$(status_of "$cli" play "$example" --samples "$work/samples" --no-sound --tempo 999)" = 0
+check "shows the bars as they play" grep -q "bar 1 of 16" "$work/out"
+check "to the last" grep -q "bar 16 of 16" "$work/out"
+check "Ctrl-C stops a loop" test "$(status_of timeout --preserve-status -s INT 1 \
+    "$cli" play "$example" --samples "$work/samples" --no-sound --loop)" = 0
+check "no sound server exits 1" \
+    test "$(PULSE_SERVER="unix:$work/none" status_of "$cli" play "$example" --samples "$work/samples")" = 1
+check "saying so" grep -q "^The audio engine could not be initialised." "$work/err"
+
 check "no command exits 2" test "$(status_of "$cli")" = 2
 check "an unknown command exits 2" test "$(status_of "$cli" frobnicate)" = 2
 check "convert with one file exits 2" test "$(status_of "$cli" convert "$example")" = 2

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "playback/PullSource.h"
+#include "playback/SampleBank.h"
+#include "playback/SampleMixer.h"
+#include "playback/TuneSequence.h"
+
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+#include <QString>
+#include <QTextStream>
+
+#include <memory>
+#include <optional>
+#include <variant>
+
+namespace corrieval {
+class CCorrievalDoc;
+}
+
+namespace corrieval::cli {
+
+// What play and a conversion to .wav are asked for.
+struct PlaySettings {
+    std::optional<std::int32_t> Tempo; // the score's own when not given
+    std::int32_t Part = 0;             // 0 every part, else 1 to 4 alone
+    Instrument Sound = Instrument::Bagpipes;
+    QString SamplesFolder;
+};
+
+// The options that give those settings: --tempo, --part, --instrument, --samples.
+class PlayOptions {
+public:
+    void AddTo(QCommandLineParser& parser) const;
+    bool AnySet(const QCommandLineParser& parser) const;
+    // The settings, or what is wrong with the options as a line for the user.
+    std::variant<PlaySettings, QString> Read(const QCommandLineParser& parser) const;
+
+private:
+    QCommandLineOption m_tempo{QStringLiteral("tempo"), QString(), QStringLiteral("BPM")};
+    QCommandLineOption m_part{QStringLiteral("part"), QString(), QStringLiteral("PART"),
+                              QStringLiteral("all")};
+    QCommandLineOption m_instrument{QStringLiteral("instrument"), QString(), QStringLiteral("NAME"),
+                                    QStringLiteral("bagpipes")};
+    QCommandLineOption m_samples{QStringLiteral("samples"), QString(), QStringLiteral("DIR")};
+};
+
+// A score ready to be pulled from: its sequence, and the mixer over the instrument's recordings
+// at the tempo and part asked for.
+struct PreparedTune {
+    explicit PreparedTune(std::unique_ptr<CCorrievalDoc> doc) : Doc(std::move(doc)) {}
+
+    std::unique_ptr<CCorrievalDoc> Doc;
+    CTuneSequence Sequence{Doc.get()};
+    CSampleMixer Mixer;
+    MixerSource Source{Mixer};
+};
+
+// Reads the score and loads the instrument into the sample bank. Throws FileError for a score
+// with nothing to play or a recording that cannot be loaded, naming the folder and the file, and
+// whatever reading the score throws.
+std::unique_ptr<PreparedTune> PrepareTune(const QString& score, const PlaySettings& settings);
+
+// The .wav side of convert: renders the score `in` into the WAV file `out`.
+int ConvertToWav(const QString& in, const QString& out, const PlaySettings& settings, QTextStream& stdOut,
+                 QTextStream& err);
+
+} // namespace corrieval::cli

@@ -1,0 +1,46 @@
+#include "cli/Commands.h"
+#include "formats/score/ScoreFile.h"
+#include "model/CorrievalDoc.h"
+#include "notation/NoteEx.h"
+#include "playback/TuneSequence.h"
+
+#include <iterator>
+
+namespace corrieval::cli {
+
+namespace {
+
+// The notes of the nine recordings, by sample index.
+QString NoteName(std::int32_t sampleIndex)
+{
+    static const char* const kNames[] = {"Low G", "Low A", "B", "C", "D", "E", "F", "High G", "High A"};
+    if (sampleIndex < 0 || sampleIndex >= static_cast<std::int32_t>(std::size(kNames)))
+        return QStringLiteral("?");
+    return QString::fromLatin1(kNames[sampleIndex]);
+}
+
+} // namespace
+
+int RunSequence(const QStringList& args, QTextStream& out, QTextStream& err)
+{
+    if (args.size() != 1)
+        return ReportUsage(err, QStringLiteral("sequence takes one score file"));
+    return GuardFileErrors(err, [&] {
+        const auto doc = LoadScore(args.front());
+        CTuneSequence sequence(doc.get());
+        sequence.Build(nullptr);
+        for (int part = 0; part < CTuneSequence::PartCount; ++part) {
+            const CNoteSampleArray& list = sequence.PlayList(part);
+            for (std::size_t i = 0; i < list.size(); ++i) {
+                const CNoteSample& record = *list[i];
+                out << part << '\t' << i << '\t' << record.Start << '\t' << record.Length << '\t'
+                    << record.SampleIndex << '\t' << NoteName(record.SampleIndex) << '\t'
+                    << record.Note->Duration << '\t' << record.Note->Weight << '\n';
+            }
+        }
+        out.flush();
+        return static_cast<int>(Success);
+    });
+}
+
+} // namespace corrieval::cli
