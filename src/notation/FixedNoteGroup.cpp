@@ -84,12 +84,7 @@ bool CFixedNoteGroup::HitTestNote(float x, float y) const
 
 bool CFixedNoteGroup::IsWithin(float x, float y, float width, float height) const
 {
-    if (StemPath.isEmpty())
-        return false;
-    const QRectF drawn = StemPath.boundingRect();
-    const RectF lines{static_cast<float>(drawn.x()), static_cast<float>(drawn.y()),
-                      static_cast<float>(drawn.width()), static_cast<float>(drawn.height())};
-    return lines.WithinOrTouching({x, y, width, height});
+    return PathWithin(StemPath, {x, y, width, height});
 }
 
 std::unique_ptr<CNoteBase> CFixedNoteGroup::Clone() const

@@ -12,6 +12,16 @@ CNoteBase::CNoteBase(const CNoteBase& other) : CGraphObjContainer(other)
     }
 }
 
+bool CNoteBase::PathWithin(const QPainterPath& path, const RectF& rect)
+{
+    if (path.isEmpty())
+        return false;
+    const QRectF drawn = path.boundingRect();
+    const RectF bounds{static_cast<float>(drawn.x()), static_cast<float>(drawn.y()),
+                       static_cast<float>(drawn.width()), static_cast<float>(drawn.height())};
+    return bounds.WithinOrTouching(rect);
+}
+
 void CNoteBase::OnSelectionChanged(bool selected) { SetColour(selected ? SelectedColour : PlainColour); }
 
 } // namespace corrieval

@@ -2,6 +2,8 @@
 
 #include "model/GraphObjContainer.h"
 
+#include <QPainterPath>
+
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -36,6 +38,12 @@ public:
     virtual float GetDefaultWidth() const { return Bounds().Height * 0.125f; }
 
     std::uint32_t Colour() const { return Colours[0]; }
+
+protected:
+    // Whether a drawn path lies wholly in the rectangle, edges touching; nothing drawn is nowhere.
+    static bool PathWithin(const QPainterPath& path, const RectF& rect);
+
+public:
 
     bool Pasted = false;
     // The current drawing colour first, then the colours it switches between.

@@ -143,12 +143,7 @@ bool CNoteGroupEx::HitTestNote(float x, float y) const
 
 bool CNoteGroupEx::IsWithin(float x, float y, float width, float height) const
 {
-    if (BeamPath.isEmpty())
-        return false;
-    const QRectF drawn = BeamPath.boundingRect();
-    const RectF beams{static_cast<float>(drawn.x()), static_cast<float>(drawn.y()),
-                      static_cast<float>(drawn.width()), static_cast<float>(drawn.height())};
-    return beams.WithinOrTouching({x, y, width, height});
+    return PathWithin(BeamPath, {x, y, width, height});
 }
 
 std::unique_ptr<CNoteBase> CNoteGroupEx::Clone() const

@@ -4,7 +4,6 @@
 #include "formats/glenmarch/PipeDoc.h"
 #include "formats/score/ScoreFile.h"
 
-#include <QFile>
 
 namespace corrieval {
 
@@ -21,13 +20,7 @@ std::unique_ptr<CPipeDoc> ReadBww(const QByteArray& bytes, bww::ImportLog& log)
 
 std::unique_ptr<CPipeDoc> LoadBww(const QString& path, bww::ImportLog& log)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw FileError(path, file.errorString());
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw FileError(path, file.errorString());
-    return ReadBww(bytes, log);
+    return ReadBww(ReadFileBytes(path), log);
 }
 
 } // namespace corrieval

@@ -6,7 +6,6 @@
 #include "formats/score/ScoreFile.h"
 #include "model/Messages.h"
 
-#include <QFile>
 
 namespace corrieval {
 
@@ -20,13 +19,7 @@ std::unique_ptr<CPipeDoc> ReadGlenmarch(const QByteArray& bytes, const QString& 
 
 std::unique_ptr<CPipeDoc> LoadGlenmarch(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw FileError(path, file.errorString());
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw FileError(path, file.errorString());
-    return ReadGlenmarch(bytes, path);
+    return ReadGlenmarch(ReadFileBytes(path), path);
 }
 
 QByteArray StoreGlenmarch(CPipeDoc& doc, const QString& fileName)

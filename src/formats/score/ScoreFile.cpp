@@ -22,7 +22,7 @@ std::unique_ptr<CCorrievalDoc> ReadScore(const QByteArray& bytes, const QString&
     return doc;
 }
 
-std::unique_ptr<CCorrievalDoc> LoadScore(const QString& path)
+QByteArray ReadFileBytes(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -30,6 +30,12 @@ std::unique_ptr<CCorrievalDoc> LoadScore(const QString& path)
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         throw FileError(path, file.errorString());
+    return bytes;
+}
+
+std::unique_ptr<CCorrievalDoc> LoadScore(const QString& path)
+{
+    const QByteArray bytes = ReadFileBytes(path);
     auto doc = ReadScore(bytes, path);
     doc->SetPathName(path);
     doc->SetModifiedFlag(false);

@@ -21,6 +21,9 @@ private:
     QString m_fileName;
 };
 
+// The whole content of a file, or FileError with the system's reason.
+QByteArray ReadFileBytes(const QString& path);
+
 // Reads a score (".skb") or template (".skt") into a new document. Throws ArchiveError for a
 // damaged stream and FileError when the file cannot be read.
 std::unique_ptr<CCorrievalDoc> LoadScore(const QString& path);
