@@ -1,156 +1,295 @@
+// Single notes and beamed groups: where a note's head and ledger line stand, dragging, what the
+// group and ungroup commands do to the notes, and where stems and beams are drawn with the music
+// font's real head widths.
+
+#include "fixtures/ScoreFixtures.h"
 #include "model/BarEx.h"
 #include "model/CorrievalDoc.h"
 #include "model/Stave.h"
-#include "model/StaveArea.h"
-#include "model/SessionState.h"
 #include "model/TunePage.h"
+#include "notation/GroupCommands.h"
 #include "notation/NoteEx.h"
+#include "notation/NoteGroupEx.h"
 #include "notation/TieEx.h"
 #include "support/RecordingPainter.h"
 #include "support/RecordingView.h"
 
+#include <array>
 #include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace corrieval {
 namespace {
 
-// A note alone in a one-inch-high music box, as a bar holds it.
-std::unique_ptr<CNoteEx> NoteAt(NotePitch pitch, NoteDuration duration = 4)
+using testing::PaintCall;
+using testing::RecordingPainter;
+
+constexpr float kNear = 1e-5f;
+constexpr float kPen = 0.004f;
+constexpr std::size_t kNotes = 6;
+
+// A note alone in a music box 0.95 high at x = 1, as a bar holds it.
+std::unique_ptr<CNoteEx> DrawnNote(NotePitch pitch)
 {
-    auto note = std::make_unique<CNoteEx>(duration);
+    auto note = std::make_unique<CNoteEx>(4);
     note->Pitch = pitch;
     note->SetBounds(1, 2, 0.4f, 0.95f);
+    RecordingPainter painter;
+    note->Draw(painter, OutputMode::Screen);
     return note;
-}
-
-float Unit(const CNoteEx& note) { return note.ContentBox().Height / 19; }
-
-TEST(Note, GlyphsFollowDurationAndRole)
-{
-    EXPECT_EQ(CNoteEx(16).HeadChar.Code, 40);
-    EXPECT_EQ(CNoteEx::NoteFromChar(43)->Duration, 64);
-    EXPECT_EQ(CNoteEx::NoteFromChar(CNoteEx::GraceHeadGlyph)->Duration, 32); // not a gracenote
-    EXPECT_EQ(CNoteEx::NoteFromChar(u'Z')->Duration, 4);
-
-    CNoteEx grouped(8);
-    grouped.Stemmed = false;
-    grouped.UpdateChars();
-    EXPECT_EQ(grouped.HeadChar.Code, CNoteEx::MelodyHeadGlyph);
-    CTieEx tie;
-    tie.AddNote(&grouped);
-    const CNoteEx copy(grouped);
-    EXPECT_TRUE(copy.Stemmed);
-    EXPECT_EQ(copy.Tie, nullptr);
-    EXPECT_EQ(copy.HeadChar.Code, CNoteEx::MelodyHeadGlyph); // until UpdateChars runs
-
-    const auto legend = CNoteEx::ForAbbreviation(0xA3);
-    EXPECT_EQ(legend->AbbreviationChar.Code, 0xA3);
-    EXPECT_EQ(legend->Duration, 4);
 }
 
 TEST(Note, HeadSitsOnItsPositionWithALedgerLineOnlyForHighA)
 {
     for (NotePitch pitch = HighestPitch; pitch <= LowestPitch; ++pitch) {
-        auto note = NoteAt(pitch);
-        testing::RecordingPainter painter;
-        note->Draw(painter, OutputMode::Screen);
-        const float u = Unit(*note);
-        // The head rectangle is one gap high, a quarter gap above the position line, and as wide
-        // as the glyph reports, centred in the note's box.
-        EXPECT_NEAR(note->HeadRect.Y, note->ContentBox().Y + static_cast<float>(pitch) * u - u / 2, 1e-5);
-        EXPECT_NEAR(note->HeadRect.X + note->HeadRect.Width / 2, 1.2f, 1e-5);
-        EXPECT_GT(note->HeadRect.Width, 0.05f);
-        EXPECT_EQ(note->LedgerPath.isEmpty(), pitch != HighestPitch) << "pitch " << pitch;
-        const QPointF headCentre(1.2, note->ContentBox().Y + pitch * u);
-        EXPECT_TRUE(note->HitTestNote(static_cast<float>(headCentre.x()), static_cast<float>(headCentre.y())));
+        SCOPED_TRACE(::testing::Message() << "pitch " << pitch);
+        const auto note = DrawnNote(pitch);
+        const float u = note->ContentBox().Height / 19;
+        const float line = note->ContentBox().Y + static_cast<float>(pitch) * u;
+        // One gap high, from a quarter gap above the line, centred across the note's box.
+        EXPECT_NEAR(note->HeadRect.Y, line - u / 2, kNear);
+        EXPECT_NEAR(note->HeadRect.X + note->HeadRect.Width / 2, 1.2f, kNear);
+        EXPECT_EQ(note->LedgerPath.isEmpty(), pitch != HighestPitch);
+        EXPECT_TRUE(note->HitTestNote(1.2f, line));
     }
 }
 
-TEST(Note, SmallNotesHaveALopsidedLedgerLine)
-{
-    auto plain = NoteAt(HighestPitch, 4);
-    auto small = NoteAt(HighestPitch, 64);
-    testing::RecordingPainter painter;
-    plain->Draw(painter, OutputMode::Screen);
-    small->Draw(painter, OutputMode::Screen);
-    const QRectF a = plain->LedgerPath.boundingRect();
-    const QRectF b = small->LedgerPath.boundingRect();
-    EXPECT_NEAR(a.center().x(), 1.2, 1e-4);
-    EXPECT_LT(b.center().x(), 1.2 - 0.1 * small->HeadRect.Width);
-}
-
-TEST(Note, ADotStandsInTheSpaceAboveALineNoteAndInItsOwnSpaceOtherwise)
-{
-    for (NotePitch pitch : {7, 8}) {
-        auto note = NoteAt(pitch);
-        note->DotCut = CNoteEx::Dotted;
-        testing::RecordingPainter painter;
-        note->Draw(painter, OutputMode::Screen);
-        const float u = Unit(*note);
-        const float dot = note->HeadRect.Width * 0.25f;
-        const float x = note->HeadRect.Right() + dot * 1.5f;
-        const float space = pitch % 2 != 0 ? static_cast<float>(pitch - 1) : static_cast<float>(pitch);
-        EXPECT_TRUE(note->HeadPath.contains(QPointF(x, note->ContentBox().Y + space * u))) << "pitch " << pitch;
+// A stave of two bars of six crotchets, laid out by the tune fixture, in a document with a view.
+class NoteGroups : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        doc = fixtures::BuildTune(
+            {.Groups = 1, .Parts = 1, .Columns = 2, .NotesPerBar = kNotes, .Title = false});
+        view.Doc = doc.get();
+        auto* area = static_cast<CGraphObjContainer*>(doc->Pages.front()->ChildAt(0));
+        stave = static_cast<CStave*>(static_cast<CGraphObjContainer*>(area->ChildAt(0))->ChildAt(0));
+        bar = static_cast<CBarEx*>(stave->ChildAt(0));
+        for (std::size_t i = 0; i < kNotes; ++i) // the fixture keeps a bar's notes in order from the left
+            n.push_back(static_cast<CNoteEx*>(bar->ChildAt(i)));
     }
-}
 
-TEST(Note, AbbreviationMarksStandAboveOrBelowByCode)
-{
-    CBarEx bar;
-    bar.SetBounds(1, 2, 2, 1);
-    bar.BottomMargin = 0.4f;
-    for (std::uint32_t code : {0xA0u, 0xA5u}) {
-        auto* note = static_cast<CNoteEx*>(bar.AddChild(CNoteEx::ForAbbreviation(code), true));
-        note->SetBounds(1.5f, 2, 0.4f, 0.95f);
-        testing::RecordingPainter painter;
-        note->Draw(painter, OutputMode::Screen);
-        ASSERT_GE(painter.Calls.size(), 2u);
-        const QRectF mark = painter.Calls.back().Path.boundingRect();
-        if (code == 0xA0)
-            EXPECT_LT(mark.center().y(), 2.2);
-        else
-            EXPECT_GT(mark.center().y(), 3.0); // below the bar
-        bar.RemoveChild(note, true);
+    // A group as paste builds one, of the first notes with these durations.
+    CNoteGroupEx& Beam(const std::vector<NoteDuration>& durations)
+    {
+        auto group = std::make_unique<CNoteGroupEx>();
+        for (std::size_t i = 0; i < durations.size(); ++i) {
+            n[i]->Duration = durations[i];
+            group->AddChild(bar->RemoveChild(n[i], false), false);
+        }
+        return *static_cast<CNoteGroupEx*>(bar->AddChild(std::move(group), true));
     }
-}
 
-TEST(Note, ATiedNoteCannotBeDragged)
-{
-    CCorrievalDoc doc;
+    float BeamLine() const { return stave->ContentBox().Y + stave->Positions()[17]; }
+    float Unit() const { return stave->ContentBox().Height / 19; }
+    // The lines drawn with a pen of the given width: stems are twice the pen, beams four times.
+    static std::vector<PaintCall> LinesOf(const RecordingPainter& painter, float width)
+    {
+        std::vector<PaintCall> lines = painter.Of(PaintCall::Kind::Line);
+        std::erase_if(lines, [width](const PaintCall& c) { return c.Stroke.Width != width; });
+        return lines;
+    }
+
+    std::unique_ptr<CCorrievalDoc> doc;
     testing::RecordingView view;
-    view.Doc = &doc;
-    auto note = NoteAt(9);
-    CTieEx tie;
-    tie.AddNote(note.get());
-    const RectF before = note->Bounds();
-    EXPECT_EQ(note->DragTo(3, 3), (PointF{0, 0}));
-    EXPECT_EQ(note->Bounds(), before);
-}
+    CStave* stave = nullptr;
+    CBarEx* bar = nullptr;
+    std::vector<CNoteEx*> n; // the notes of the first bar, left to right
+};
 
-TEST(Note, DraggingMovesTheNoteToTheBarUnderThePointWithItsPitch)
+TEST_F(NoteGroups, DraggingTakesTheBarAndPitchUnderThePointUnlessTiedOrGrouped)
 {
-    CCorrievalDoc doc;
-    testing::RecordingView view;
-    view.Doc = &doc;
-    view.Idle = true;
-    Session().ImportFileName = QStringLiteral("test");
-    doc.OnNewDocument();
-    Session().ImportFileName.clear();
-    auto* area = static_cast<CStaveArea*>(doc.Pages[0]->AddChild(std::make_unique<CStaveArea>(), true));
-    area->SetBounds(0.5f, 0.5f, 6, 1.2f);
-    area->FillDefaultContent();
-    auto& stave = static_cast<CStave&>(*static_cast<CStaveGroup&>(*area->ChildAt(0)).ChildAt(0));
-    auto& first = static_cast<CBarEx&>(*stave.ChildAt(0));
-    auto& second = static_cast<CBarEx&>(*stave.ChildAt(1));
-    auto* note = static_cast<CNoteEx*>(first.AddNoteSorted(std::make_unique<CNoteEx>(4)));
-    first.PlaceItem(*note, first.ContentBox().X + 0.2f, first.Bounds().Y + first.Bounds().Height * 9 / 19);
-
+    auto& second = static_cast<CBarEx&>(*stave->ChildAt(1));
     const RectF target = second.ContentBox();
-    const float y = second.Bounds().Y + second.Bounds().Height * 5 / 19;
-    const PointF moved = note->DragTo(target.X + target.Width / 2, y);
-    EXPECT_EQ(note->Parent(), &second);
-    EXPECT_EQ(note->Pitch, 5);
-    EXPECT_GT(moved.X, 0.5f);
+    const float x = target.X + target.Width / 2;
+    const float y = second.Bounds().Y + second.Bounds().Height * 9 / 19;
+    CTieEx tie;
+    tie.AddNote(n[1]);
+    const RectF tied = n[1]->Bounds();
+    EXPECT_EQ(n[1]->DragTo(x, y), (PointF{0, 0}));
+    EXPECT_EQ(n[1]->Bounds(), tied);
+    n[1]->Tie = nullptr;
+
+    GroupNotes({n[2], n[3]});
+    EXPECT_EQ(n[2]->DragTo(x, y), (PointF{0, 0})); // a note of a group cannot leave its bar
+    EXPECT_EQ(n[2]->Parent()->Parent(), bar);
+
+    EXPECT_GT(n[0]->DragTo(x, y).X, 0.5f);
+    EXPECT_EQ(n[0]->Parent(), &second);
+    EXPECT_EQ(n[0]->Pitch, 9);
+}
+
+TEST_F(NoteGroups, GroupingBeamsCrotchetsToDemisemiquaversInPageOrder)
+{
+    n[0]->Duration = 2;
+    n[1]->Duration = 64;
+    n[3]->Duration = 8;
+    n[4]->Duration = 32;
+    for (CNoteEx* note : {n[4], n[2], n[0], n[1], n[3]})
+        note->SetSelected(true);
+    const float left = n[0]->Bounds().X;
+    const float right = n[4]->Bounds().Right();
+
+    CNoteGroupEx* group = GroupNotes(view.Selection);
+    ASSERT_NE(group, nullptr);
+    EXPECT_EQ(group->Parent(), bar);
+    // The minim and the gracenote stay out; each note in gains a beam.
+    EXPECT_EQ(group->Notes(), (std::vector<CNoteEx*>{n[2], n[3], n[4]}));
+    EXPECT_EQ(n[0]->Parent(), bar);
+    EXPECT_EQ(n[1]->Parent(), bar);
+    EXPECT_EQ((std::vector<NoteDuration>{n[2]->Duration, n[3]->Duration, n[4]->Duration}),
+              (std::vector<NoteDuration>{8, 16, 32}));
+    EXPECT_EQ(n[2]->HeadChar.Code, CNoteEx::MelodyHeadGlyph); // the group draws the stem
+    EXPECT_EQ(view.Selection, (std::vector<CScoObj*>{group}));
+    // The stored rectangle encloses the selection.
+    EXPECT_EQ(group->Bounds().X, left);
+    EXPECT_NEAR(group->Bounds().Width, right - left, kNear);
+
+    EXPECT_EQ(GroupNotes({n[0], n[1]}), nullptr);
+}
+
+TEST_F(NoteGroups, GroupingAgainAddsABeamUpToThree)
+{
+    CNoteGroupEx* group = GroupNotes({n[0], n[1]});
+    for (int press = 0; press < 3; ++press)
+        EXPECT_EQ(GroupNotes({group}), nullptr);
+    EXPECT_EQ(n[0]->Duration, 32);
+    GroupNotes({n[2], n[3]});
+    EXPECT_EQ(GroupNotes({n[3]}), nullptr); // a note of a group gains a beam on its own
+    EXPECT_EQ(n[3]->Duration, 16);
+    EXPECT_EQ(n[2]->Duration, 8);
+    // A note picked twice joins once.
+    EXPECT_EQ(GroupNotes({n[4], n[5], n[4]})->Notes(), (std::vector<CNoteEx*>{n[4], n[5]}));
+    EXPECT_EQ(n[4]->Duration, 8);
+    EXPECT_EQ(bar->ChildCount(), kNotes - 3);
+}
+
+TEST_F(NoteGroups, UngroupingTakesOffABeamAndQuaversLeaveAsCrotchets)
+{
+    GroupNotes({n[4], n[5]});
+    UngroupNotes(view.Selection);
+    EXPECT_EQ(bar->ChildCount(), kNotes); // the group is gone
+    EXPECT_TRUE(view.Selection.empty());
+    EXPECT_EQ(n[4]->Parent(), bar);
+    EXPECT_EQ(n[4]->Duration, 4);
+    EXPECT_TRUE(n[4]->Stemmed);
+    EXPECT_EQ(n[4]->HeadChar.Code, 38);
+
+    CNoteGroupEx* group = GroupNotes({n[0], n[1], n[2]});
+    GroupNotes({group});
+    UngroupNotes({group});
+    EXPECT_EQ(group->ChildCount(), 3u);
+    UngroupNotes({n[1]});
+    EXPECT_EQ(n[1]->Parent(), bar);
+    EXPECT_EQ(group->Notes(), (std::vector<CNoteEx*>{n[0], n[2]}));
+
+    // The last note goes too, still a quaver; a cut means nothing without a beam.
+    n[0]->DotCut = CNoteEx::Cut;
+    n[2]->DotCut = CNoteEx::Dotted;
+    UngroupNotes({n[0]});
+    EXPECT_EQ(bar->ChildCount(), kNotes);
+    EXPECT_EQ(n[0]->DotCut, CNoteEx::Plain);
+    EXPECT_EQ(n[2]->Parent(), bar);
+    EXPECT_EQ(n[2]->HeadChar.Code, 39);
+    EXPECT_EQ(n[2]->DotCut, CNoteEx::Dotted);
+}
+
+// Each case gives the segments note by note, separated by "|", one letter a level: F a full beam
+// to the next note, L and R stubs to the left and right, "-" none. A cut's stub is one level up.
+struct BeamCase {
+    const char* Name;
+    std::vector<NoteDuration> Durations;
+    std::vector<std::int32_t> DotCuts;
+    std::string Segments;
+};
+
+class Beaming : public NoteGroups, public ::testing::WithParamInterface<BeamCase> {};
+
+TEST_P(Beaming, BeamsLieWhereTheRulesPutThem)
+{
+    CNoteGroupEx& group = Beam(GetParam().Durations);
+    for (std::size_t i = 0; i < GetParam().DotCuts.size(); ++i)
+        n[i]->DotCut = GetParam().DotCuts[i];
+    RecordingPainter painter;
+    group.Draw(painter, OutputMode::Screen);
+
+    std::vector<std::array<float, 3>> expected; // from, to, y
+    std::size_t note = 0;
+    int level = 0;
+    for (const char c : GetParam().Segments) {
+        if (c == '|') {
+            ++note;
+            level = 0;
+            continue;
+        }
+        // The first beam lies on the beam line, the others stack upwards.
+        const float y = BeamLine() - 2 * kPen - static_cast<float>(level++) * 1.4f * Unit();
+        const RectF head = n[note]->HeadRect;
+        const float stub = 0.8f * head.Width;
+        if (c == 'F')
+            expected.push_back({head.X, n[note + 1]->HeadRect.X, y});
+        else if (c == 'L')
+            expected.push_back({head.X - stub, head.X, y});
+        else if (c == 'R')
+            expected.push_back({head.X, head.X + stub, y});
+    }
+    const std::vector<PaintCall> beams = LinesOf(painter, 4 * kPen);
+    ASSERT_EQ(beams.size(), expected.size());
+    for (std::size_t s = 0; s < beams.size(); ++s) {
+        SCOPED_TRACE(::testing::Message() << "segment " << s);
+        EXPECT_NEAR(beams[s].X1, expected[s][0], kNear);
+        EXPECT_NEAR(beams[s].X2, expected[s][1], kNear);
+        EXPECT_NEAR(beams[s].Y1, expected[s][2], kNear);
+        EXPECT_EQ(beams[s].Y2, beams[s].Y1);
+    }
+}
+
+constexpr std::int32_t kCut = CNoteEx::Cut;
+constexpr std::int32_t kDot = CNoteEx::Dotted;
+
+INSTANTIATE_TEST_SUITE_P(
+    NoteGroups, Beaming,
+    ::testing::Values(BeamCase{"Quavers", {8, 8}, {}, "F|L"},
+                      BeamCase{"SemiquaverBetween", {8, 16, 8}, {}, "F|FR|L"},
+                      BeamCase{"SecondBeamDrawnOnce", {16, 16, 8}, {}, "FF|F-|L"},
+                      BeamCase{"MoreBeamsAtTheEnd", {8, 32}, {}, "F|LLL"},
+                      BeamCase{"DemisemiquaverFirst", {32, 8, 16}, {}, "FRR|F|LL"},
+                      BeamCase{"CoveredByTheNoteBefore", {8, 32, 16, 8}, {}, "F|FFR|F-|L"},
+                      BeamCase{"StubBackTowardsMoreBeams", {8, 8, 16, 16, 8}, {}, "F|F|FF|FL|L"},
+                      BeamCase{"CutsAtBothEnds", {8, 8, 8}, {kCut, 0, kCut}, "FR|F|LL"},
+                      BeamCase{"CutBeforeAPlainNote", {8, 8, 8}, {0, kCut, 0}, "F|FL|L"},
+                      BeamCase{"CutBeforeADottedNote", {8, 8, 8}, {0, kCut, kDot}, "F|FR|L"}),
+    [](const ::testing::TestParamInfo<BeamCase>& param) { return param.param.Name; });
+
+TEST_F(NoteGroups, StemsRunFromTheHeadsToTheBeamLineAndBothAreHit)
+{
+    CNoteGroupEx& group = Beam({8, 16, 8});
+    group.SetColour(0xFF112233);
+    RecordingPainter painter;
+    group.Draw(painter, OutputMode::Screen);
+
+    const std::vector<PaintCall> stems = LinesOf(painter, 2 * kPen);
+    const std::vector<PaintCall> heads = painter.Of(PaintCall::Kind::FillPath);
+    ASSERT_EQ(stems.size(), 3u);
+    ASSERT_EQ(heads.size(), 3u);
+    EXPECT_GT(BeamLine(), stave->ContentBox().Y + 12 * Unit()); // below Low G's head
+    for (std::size_t i = 0; i < 3; ++i) {
+        const RectF head = n[i]->HeadRect;
+        EXPECT_EQ(stems[i].X1, head.X);
+        EXPECT_EQ(stems[i].X2, head.X);
+        EXPECT_FLOAT_EQ(stems[i].Y1, BeamLine());
+        EXPECT_FLOAT_EQ(stems[i].Y2, head.Y + head.Height / 2);
+        EXPECT_EQ(stems[i].Stroke.Argb, 0xFF112233u);
+        // The bare head's ink starts where the stem stands.
+        EXPECT_NEAR(heads[i].Path.boundingRect().left(), head.X, 0.02 * head.Height);
+    }
+
+    // A click on the beam between two heads finds the group.
+    const float between = (n[0]->HeadRect.X + n[1]->HeadRect.X) / 2;
+    EXPECT_EQ(bar->HitTest(between, BeamLine() - 2 * kPen), &group);
+    EXPECT_EQ(bar->HitTest(between, BeamLine() - 2 * kPen - 0.1f), nullptr);
 }
 
 } // namespace

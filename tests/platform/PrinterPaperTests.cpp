@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QPageSize>
 #include <QPrinterInfo>
-
 #include <gtest/gtest.h>
 
 namespace corrieval {
@@ -19,16 +18,11 @@ TEST(PrinterPaper, NewTunesTakeTheDefaultPrintersPaperOrEightByEight)
     QGuiApplication app(argc, argv);
 
     platform::UseDefaultPrinterPaper();
-    CCorrievalDoc doc;
+    const CCorrievalDoc doc;
     const QPrinterInfo printer = QPrinterInfo::defaultPrinter();
-    if (printer.isNull()) {
-        EXPECT_FLOAT_EQ(doc.PageWidth, 8.0f);
-        EXPECT_FLOAT_EQ(doc.PageHeight, 8.0f);
-    } else {
-        const QSizeF inches = printer.defaultPageSize().size(QPageSize::Inch);
-        EXPECT_NEAR(doc.PageWidth, inches.width(), 0.001);
-        EXPECT_NEAR(doc.PageHeight, inches.height(), 0.001);
-    }
+    const QSizeF inches = printer.isNull() ? QSizeF(8, 8) : printer.defaultPageSize().size(QPageSize::Inch);
+    EXPECT_NEAR(doc.PageWidth, inches.width(), 0.001);
+    EXPECT_NEAR(doc.PageHeight, inches.height(), 0.001);
 }
 
 } // namespace
