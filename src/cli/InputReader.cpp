@@ -1,5 +1,6 @@
 #include "cli/InputReader.h"
 
+#include "cli/MessagePrefix.h"
 #include "formats/bww/BwwFile.h"
 #include "formats/glenmarch/GlenmarchConversion.h"
 #include "formats/glenmarch/GlenmarchFile.h"
@@ -37,12 +38,14 @@ std::unique_ptr<CCorrievalDoc> ReadGlenmarchTune(const QString& path)
 
 // A Bagpiper Music Writer tune. Its problems have been shown as they were met; a refused file is
 // a file error, so that no half-read tune is written out.
-std::unique_ptr<CCorrievalDoc> ReadMusicWriterTune(const QString& path)
+std::unique_ptr<CCorrievalDoc> ReadMusicWriterTune(const QString& path, bww::ImportLog* keptLog)
 {
     bww::ImportLog log;
     std::unique_ptr<CPipeDoc> tune = LoadBww(path, log);
     if (tune == nullptr)
         throw FileError(path, QStringLiteral("the tune could not be imported"));
+    if (keptLog != nullptr)
+        *keptLog = std::move(log);
     EnsureMovementDefinitions();
     return ConvertToNewDocument(*tune, true);
 }
@@ -61,13 +64,24 @@ QString ReadableInputs()
     return QStringLiteral("a .skb, .skt, .glm, .bww or .bmw file");
 }
 
-std::unique_ptr<CCorrievalDoc> ReadInput(const QString& path)
+std::unique_ptr<CCorrievalDoc> ReadInput(const QString& path, bww::ImportLog* log)
 {
+    const PrefixedMessages messages(path);
     if (Kind(path) == QLatin1String("glm"))
         return ReadGlenmarchTune(path);
     if (Kind(path) == QLatin1String("bww") || Kind(path) == QLatin1String("bmw"))
-        return ReadMusicWriterTune(path);
+        return ReadMusicWriterTune(path, log);
     return LoadScore(path);
+}
+
+void PrintPassedWords(const QString& file, const bww::ImportLog& log, QTextStream& out)
+{
+    for (const bww::PassedWord& passed : log.PassedWords)
+        out << file << ':' << passed.Line << ": passed over " << passed.Word << '\n';
+    if (log.PassedWords.size() >= bww::ImportLog::MaxPassedWords)
+        out << file << ": only the first " << bww::ImportLog::MaxPassedWords
+            << " words passed over are listed\n";
+    out.flush();
 }
 
 } // namespace corrieval::cli

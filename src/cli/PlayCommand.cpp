@@ -178,10 +178,10 @@ int RunPlay(const QStringList& args, QTextStream& out, QTextStream& err)
 }
 
 int ConvertToWav(const QString& in, const QString& out, const PlaySettings& settings, QTextStream& stdOut,
-                 QTextStream& err)
+                 QTextStream& err, bww::ImportLog* log)
 {
     return GuardFileErrors(err, [&] {
-        const auto tune = PrepareTune(in, settings);
+        const auto tune = PrepareTune(in, settings, log);
         QString problem;
         if (!Succeeded(ExportWav(tune->Source, out, problem)))
             throw FileError(out, problem);

@@ -35,7 +35,7 @@ constexpr std::int32_t kMaxTempo = 999;
 
 void PlayOptions::AddTo(QCommandLineParser& parser) const
 {
-    parser.addOptions({m_tempo, m_part, m_instrument, m_samples});
+    parser.addOptions(Options());
 }
 
 bool PlayOptions::AnySet(const QCommandLineParser& parser) const
@@ -73,9 +73,10 @@ std::variant<PlaySettings, QString> PlayOptions::Read(const QCommandLineParser& 
     return settings;
 }
 
-std::unique_ptr<PreparedTune> PrepareTune(const QString& score, const PlaySettings& settings)
+std::unique_ptr<PreparedTune> PrepareTune(const QString& score, const PlaySettings& settings,
+                                          bww::ImportLog* log)
 {
-    auto tune = std::make_unique<PreparedTune>(ReadInput(score));
+    auto tune = std::make_unique<PreparedTune>(ReadInput(score, log));
     if (!tune->Doc->HasMusic())
         throw FileError(score, QStringLiteral("the tune has no music to play"));
     const std::int32_t tempo = settings.Tempo.value_or(tune->Doc->Tempo);

@@ -17,6 +17,9 @@
 namespace corrieval {
 class CCorrievalDoc;
 }
+namespace corrieval::bww {
+class ImportLog;
+}
 
 namespace corrieval::cli {
 
@@ -32,6 +35,7 @@ struct PlaySettings {
 class PlayOptions {
 public:
     void AddTo(QCommandLineParser& parser) const;
+    QList<QCommandLineOption> Options() const { return {m_tempo, m_part, m_instrument, m_samples}; }
     bool AnySet(const QCommandLineParser& parser) const;
     // The settings, or what is wrong with the options as a line for the user.
     std::variant<PlaySettings, QString> Read(const QCommandLineParser& parser) const;
@@ -58,11 +62,12 @@ struct PreparedTune {
 
 // Reads the score and loads the instrument into the sample bank. Throws FileError for a score
 // with nothing to play or a recording that cannot be loaded, naming the folder and the file, and
-// whatever reading the score throws.
-std::unique_ptr<PreparedTune> PrepareTune(const QString& score, const PlaySettings& settings);
+// whatever reading the score throws. `log` is as for ReadInput.
+std::unique_ptr<PreparedTune> PrepareTune(const QString& score, const PlaySettings& settings,
+                                          bww::ImportLog* log = nullptr);
 
 // The .wav side of convert: renders the score `in` into the WAV file `out`.
 int ConvertToWav(const QString& in, const QString& out, const PlaySettings& settings, QTextStream& stdOut,
-                 QTextStream& err);
+                 QTextStream& err, bww::ImportLog* log = nullptr);
 
 } // namespace corrieval::cli

@@ -2,7 +2,7 @@
 # The command-line tool end to end: inspect, convert byte for byte, draw pages, and the error
 # contract (one line on standard error, exit 1 for a file problem, exit 2 for a wrong command line).
 set -u
-cli=$1
+cli=$(realpath "$1") # absolute: one check runs from the work folder
 example=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -104,6 +104,50 @@ check "Ctrl-C stops a loop" test "$(status_of timeout --preserve-status -s INT 1
 check "no sound server exits 1" \
     test "$(PULSE_SERVER="unix:$work/none" status_of "$cli" play "$example" --samples "$work/samples")" = 1
 check "saying so" grep -q "^The audio engine could not be initialised." "$work/err"
+
+# Imports: their messages name the file, --report lists the words passed over, and the batch form
+# converts each file in a child process of its own, so that one broken file refuses only itself.
+tune=$(dirname "$0")/../../data/examples/Corrieval_March.bww
+printf "Bagpipe Reader:1.0\n\n& sharpf sharpc 2_4\nI!'' LA_4 B_4 ''!I\n" >"$work/broken.bww" # no heading texts
+cat >"$work/words.bww" <<'EOF'
+Bagpipe Reader:1.0
+"Passed Over",(T,C,0,0,Times New Roman,16,700,0,0,18,0,0,0)
+"March",(Y,L,0,0,Times New Roman,14,400,0,0,18,0,0,0)
+"Trad.",(M,R,0,0,Times New Roman,14,400,0,0,18,0,0,0)
+& sharpf sharpc 2_4
+I!'' LA_4 B_4 ! C_4 frobble D_4 !
+E_4 F_4 ! HG_4 HA_4 ''!I
+EOF
+check "--report on an import" test "$(status_of "$cli" convert --report "$work/words.bww" "$work/words.skb")" = 0
+check "lists the word passed over with its line" test "$(cat "$work/out")" = "$work/words.bww:6: passed over frobble"
+{ head -n 5 "$work/words.bww"; echo "I!'' LA_4 $(yes frobble | head -n 10001 | tr '\n' ' ')B_4 ''!I"; } >"$work/many.bww"
+check "--report on more words than are kept" test "$(status_of "$cli" convert --report "$work/many.bww" "$work/m.skb")" = 0
+check "lists the first 10,000 and says so" test "$(wc -l <"$work/out") $(tail -n 1 "$work/out")" = \
+    "10001 $work/many.bww: only the first 10000 words passed over are listed"
+check "--report on a score lists nothing" test "$(status_of "$cli" convert --report "$example" "$work/r.skb")" = 0
+check "nothing at all" test ! -s "$work/out"
+check "a batch with a broken file exits 1" \
+    test "$(status_of "$cli" convert --to png --out "$work/batch" --dpi 20 "$tune" "$work/broken.bww")" = 1
+"$cli" convert --dpi 20 "$tune" "$work/single.png" >/dev/null
+check "the good file is drawn with the options given" cmp -s "$work/batch/Corrieval_March.png" "$work/single.png"
+check "and named on standard output" grep -qx "$work/batch/Corrieval_March.png" "$work/out"
+check "the broken file writes nothing" test ! -e "$work/batch/broken.png"
+check "its message names it" grep -qx "$work/broken.bww: Invalid BWW file!" "$work/err"
+check "the summary counts the files and the messages" \
+    test "$(tail -n 1 "$work/err")" = "2 files: 1 converted, 1 refused, $(($(wc -l <"$work/err") - 1)) messages"
+check "two inputs of one name exit 2" \
+    test "$(status_of "$cli" convert --to skb --out "$work/same" "$work/words.bww" "$work/batch/../words.bww")" = 2
+check "naming both" grep -q "^corrieval-cli: '$work/words.bww' and '$work/batch/../words.bww' " "$work/err"
+check "and converting neither" test ! -e "$work/same"
+cp "$work/words.bww" "$work/-dash.bww"
+check "an input named like an option" \
+    test "$(cd "$work" && status_of "$cli" convert --to skb --out batch --report -- -dash.bww)" = 0
+check "reaches its conversion as a file" grep -qx -- "-dash.bww:6: passed over frobble" "$work/out"
+mkfifo "$work/stuck.bww" # never opened for writing, so reading it never ends
+check "a conversion that hangs is stopped and refused" test "$(CORRIEVAL_CONVERT_TIME_LIMIT=1 \
+    status_of "$cli" convert --to skb --out "$work/batch" "$work/stuck.bww" "$work/words.bww")" = 1
+check "saying so" grep -qx "$work/stuck.bww: took too long and was stopped" "$work/err"
+check "while the other converts" grep -qx "2 files: 1 converted, 1 refused, 1 message" "$work/err"
 
 check "no command exits 2" test "$(status_of "$cli")" = 2
 check "an unknown command exits 2" test "$(status_of "$cli" frobnicate)" = 2
