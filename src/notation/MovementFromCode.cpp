@@ -14,8 +14,8 @@ namespace corrieval {
 
 namespace {
 
-void AddPlainNote(const OlderNote& older, NoteDuration duration, CBarEx& bar, float x, float y, float height,
-                  CTieEx* tie, RepeatLink repeat)
+const CScoObj* AddPlainNote(const OlderNote& older, NoteDuration duration, CBarEx& bar, float x, float y,
+                            float height, CTieEx* tie, RepeatLink repeat)
 {
     auto note = std::make_unique<CNoteEx>();
     note->SetBounds(x, y, 0.156f, height);
@@ -29,7 +29,7 @@ void AddPlainNote(const OlderNote& older, NoteDuration duration, CBarEx& bar, fl
     note->UpdateChars();
     if (tie != nullptr)
         tie->AddNote(note.get());
-    bar.AddNoteSorted(std::move(note));
+    return bar.AddNoteSorted(std::move(note));
 }
 
 } // namespace
@@ -39,8 +39,7 @@ void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, flo
 {
     const CodeInfo code = LookUpCode(older.Code);
     if (code.Kind == CodeKind::Note) {
-        AddPlainNote(older, code.Duration, bar, x, y, height, tie, repeat);
-        made = {QString(), 1};
+        made = {QString(), 1, AddPlainNote(older, code.Duration, bar, x, y, height, tie, repeat)};
         return;
     }
     QString name = code.Name;
@@ -57,8 +56,7 @@ void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, flo
     group->BuildNotes(definition.Chars, definition.RelativeNotePositions, repeat.Kind, repeat.Id);
     const std::int32_t count = group->GetNoteCount();
     group->SetBounds(x, y, static_cast<float>(count) * 0.78f / 10, height);
-    bar.AddNoteSorted(std::move(group));
-    made = {name, count};
+    made = {name, count, bar.AddNoteSorted(std::move(group))};
 }
 
 } // namespace corrieval

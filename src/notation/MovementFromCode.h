@@ -3,7 +3,6 @@
 #include "notation/FixedNoteGroup.h"
 
 #include <QString>
-
 #include <cstdint>
 
 namespace corrieval {
@@ -18,11 +17,12 @@ struct OlderNote {
     std::int32_t Dot = 0;
 };
 
-// What MovementFromCode made: the movement's display name (empty for a note) and its number of
-// notes.
+// What MovementFromCode made: the movement's display name (empty for a note), its number of
+// notes, and the note or group now in the bar.
 struct MovementMade {
     QString Name;
     std::int32_t NoteCount = 0;
+    const CScoObj* Object = nullptr;
 };
 
 // Turns an older note record into a note or a movement at (x, y), `height` high, and adds it to

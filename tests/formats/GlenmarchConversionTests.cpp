@@ -310,8 +310,9 @@ TEST_F(GlenmarchConversion, NotesBeamsAndMovementsComeAcross)
     ASSERT_EQ(beams.size(), 1u);
     const auto beamed = ChildrenOf<CNoteEx>(*beams[0]);
     ASSERT_EQ(beamed.size(), 3u);
-    // The tune has the beat doubling flag, as every tune before schema 4: quavers are stored.
-    EXPECT_EQ(beamed[0]->Duration, 16);
+    // The tune has the beat doubling flag, as every tune before schema 4: the stored value doubles,
+    // and the beam then adds the one beam the older codes leave out.
+    EXPECT_EQ(beamed[0]->Duration, 32);
     EXPECT_EQ(beamed[1]->DotCut, CNoteEx::Dotted);
     EXPECT_EQ(beamed[1]->Pitch, 6); // E
     EXPECT_FALSE(beamed[0]->Stemmed);
@@ -413,7 +414,7 @@ TEST_F(GlenmarchConversion, ABwwTuneWritesItsValuesAsStored)
     const auto beams = ChildrenOf<CNoteGroupEx>(BarOf(*MusicAreas(*doc).front(), 0, 0));
     ASSERT_EQ(beams.size(), 1u);
     for (const CNoteEx* note : ChildrenOf<CNoteEx>(*beams[0])) {
-        EXPECT_EQ(note->Duration, 8);
+        EXPECT_EQ(note->Duration, 16);
         EXPECT_EQ(note->DotCut, CNoteEx::Cut);
     }
 }

@@ -2,13 +2,26 @@
 
 namespace corrieval::bww {
 
-bool NoteGrid::NewRow()
+bool NoteGrid::NewRow(CBar::Edge start)
 {
     m_rowOpen = m_rows < MaxRows;
     if (!m_rowOpen)
         return false;
+    m_edges[m_rows] = {start, CBar::Edge::Plain};
     m_used[m_rows++] = 0;
     return true;
+}
+
+void NoteGrid::SetStart(CBar::Edge edge)
+{
+    if (m_rowOpen)
+        m_edges[m_rows - 1].Start = edge;
+}
+
+void NoteGrid::SetEnd(CBar::Edge edge)
+{
+    if (m_rows > 0)
+        m_edges[m_rows - 1].End = edge;
 }
 
 bool NoteGrid::Add(const Slot& slot)

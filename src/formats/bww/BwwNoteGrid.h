@@ -1,5 +1,7 @@
 #pragma once
 
+#include "formats/glenmarch/PipeRecords.h"
+
 #include <array>
 #include <cstdint>
 #include <span>
@@ -21,11 +23,20 @@ public:
         bool BeamGoesOn = false; // true for a beam's r note, false for its l note that closes it
         bool Tied = false;
         bool Dotted = false;
+        std::uint8_t Ending = 0; // 1 inside a first-time section, 2 inside a second-time one
+    };
+    // The lines the tune draws at the two ends of a bar.
+    struct Edges {
+        CBar::Edge Start = CBar::Edge::Plain;
+        CBar::Edge End = CBar::Edge::Plain;
     };
 
-    // Opens the next bar. False, with nothing opened, when the part already has MaxRows bars:
-    // what follows up to the next bar is dropped.
-    bool NewRow();
+    // Opens the next bar, which starts with `start`. False, with nothing opened, when the part
+    // already has MaxRows bars: what follows up to the next bar is dropped.
+    bool NewRow(CBar::Edge start = CBar::Edge::Plain);
+    // Sets the line at the start of the open bar, or at the end of the last bar.
+    void SetStart(CBar::Edge edge);
+    void SetEnd(CBar::Edge edge);
     // Adds a slot to the open bar; false when there is none or it is full.
     bool Add(const Slot& slot);
     // The slot `back` places before the end of the open bar (1 the last), or null.
@@ -33,11 +44,13 @@ public:
 
     std::size_t RowCount() const { return m_rows; }
     std::span<const Slot> Row(std::size_t row) const { return {m_grid[row].data(), m_used[row]}; }
+    const Edges& RowEdges(std::size_t row) const { return m_edges[row]; }
     void Clear();
 
 private:
     std::array<std::array<Slot, MaxSlots>, MaxRows> m_grid{};
     std::array<std::size_t, MaxRows> m_used{};
+    std::array<Edges, MaxRows> m_edges{};
     std::size_t m_rows = 0;
     bool m_rowOpen = false;
 };

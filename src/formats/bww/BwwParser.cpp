@@ -73,6 +73,17 @@ QString TimeSigGlyph(std::int32_t token)
     return QString(QChar(kGlyphs[static_cast<std::size_t>(token - Token::FirstTimeSig)]));
 }
 
+CBar::Edge StartEdge(std::int32_t token)
+{
+    return token == Token::RepeatStartDots ? CBar::Edge::Repeat : CBar::Edge::Heavy;
+}
+
+// The two sharps of the chanter's scale, which a tune may write after each clef.
+bool IsKeySigWord(const std::string& word)
+{
+    return word == "sharpf" || word == "sharpc";
+}
+
 bool IsTimeSig(std::int32_t token)
 {
     return token >= Token::FirstTimeSig && token <= Token::CutTime;
@@ -226,11 +237,13 @@ std::int32_t Parser::BarLineStep()
     switch (token) {
     case Token::RepeatStart:
     case Token::RepeatStartDots:
+        m_nextStart = StartEdge(token);
         Match(token);
         break;
     case Token::RepeatEnd:
     case Token::RepeatEndDots:
         Match(token);
+        m_grid.SetEnd(token == Token::RepeatEndDots ? CBar::Edge::Repeat : CBar::Edge::Heavy);
         ++m_barCount;
         // The repeat sign that closes a first-time ending does not close the part: the second
         // time follows.
@@ -265,14 +278,22 @@ void Parser::EndingStep()
 {
     if (m_lookahead != Token::FirstTime && m_lookahead != Token::SecondTime)
         return;
-    m_lastEndingKind = m_lookahead == Token::FirstTime ? 1 : 2;
-    (m_lastEndingKind == 1 ? m_firstTimeSeen : m_secondTimeSeen) = true;
+    OpenEnding(m_lookahead);
     Match(m_lookahead);
+}
+
+// Endings open at the start of a bar or within one; the notes up to the next "_'" are in it.
+void Parser::OpenEnding(std::int32_t token)
+{
+    m_lastEndingKind = token == Token::FirstTime ? 1 : 2;
+    (m_lastEndingKind == 1 ? m_firstTimeSeen : m_secondTimeSeen) = true;
+    m_ending = static_cast<std::uint8_t>(m_lastEndingKind);
 }
 
 void Parser::NotesStep()
 {
-    m_rowRefused = !m_grid.NewRow();
+    m_rowRefused = !m_grid.NewRow(m_nextStart);
+    m_nextStart = CBar::Edge::Plain;
     if (m_rowRefused && !m_partTooLongShown) {
         m_partTooLongShown = true;
         m_log.Warning(ProblemCode::PartTooLong, m_lexer.TextLine(), ProblemText(ProblemCode::PartTooLong));
@@ -287,13 +308,12 @@ void Parser::NotesStep()
         ReadItem();
         if (m_lookahead >= Token::FirstTimeSig && m_lookahead <= Token::LastNumberedTimeSig)
             TimeSignature();
-        if (m_lookahead == Token::EndingEnd)
-            Match(Token::EndingEnd);
     }
 }
 
-void Parser::AddSlot(const NoteGrid::Slot& slot)
+void Parser::AddSlot(NoteGrid::Slot slot)
 {
+    slot.Ending = m_ending;
     if (m_grid.Add(slot) || m_rowRefused || m_barTooLongShown)
         return;
     m_barTooLongShown = true;
@@ -329,6 +349,16 @@ void Parser::ReadItem()
             for (std::size_t back = 1; back <= 3; ++back)
                 m_grid.Previous(back)->Tied = true;
         }
+    } else if (token == Token::FirstTime || token == Token::SecondTime) {
+        OpenEnding(token);
+    } else if (token == Token::EndingEnd) {
+        m_ending = 0;
+    } else if (token == Token::RepeatStart || token == Token::RepeatStartDots) {
+        // A repeat sign after the clef and signatures, before the bar's first note.
+        if (m_grid.Previous(1) == nullptr)
+            m_grid.SetStart(StartEdge(token));
+    } else if (token == Token::Unknown && IsKeySigWord(m_lexer.Lexeme)) {
+        m_doc.ShowKeySig = true;
     } else if (!m_lexer.Lexeme.empty()) {
         m_log.PassOver(m_lexer.TextLine(), Decode(m_lexer.Lexeme));
     }
@@ -348,6 +378,7 @@ void Parser::FinishPart()
     m_firstTimeSeen = false;
     m_secondTimeSeen = false;
     m_lastEndingKind = 0;
+    m_ending = 0;
     m_partTooLongShown = false;
     m_grid.Clear();
 }

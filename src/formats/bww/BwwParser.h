@@ -35,9 +35,10 @@ private:
     void Music();
     std::int32_t BarLineStep();
     void EndingStep();
+    void OpenEnding(std::int32_t token);
     void NotesStep();
     void ReadItem();
-    void AddSlot(const NoteGrid::Slot& slot);
+    void AddSlot(NoteGrid::Slot slot);
     void FinishPart();
 
     Lexer m_lexer;
@@ -54,6 +55,8 @@ private:
     bool m_firstTimeSeen = false;
     bool m_secondTimeSeen = false;
     std::int32_t m_lastEndingKind = 0;
+    std::uint8_t m_ending = 0;                  // the section the notes being read are in
+    CBar::Edge m_nextStart = CBar::Edge::Plain; // the line before the bar to come
     bool m_partTooLongShown = false;
     bool m_rowRefused = false; // the bar being read did not fit in the grid
     bool m_barTooLongShown = false;

@@ -93,6 +93,7 @@ void WriteRow(CPipeDoc& doc, CBar& bar, std::span<const NoteGrid::Slot> notes, s
             continue;
         if (slot.Dotted)
             note->Dot = 1;
+        note->Ending = slot.Ending;
         if (slot.Beamed) {
             if (beam == nullptr)
                 beam = bar.NewGroup(doc);
@@ -129,7 +130,10 @@ void WritePart(CPipeDoc& doc, const NoteGrid& grid, const PartShape& shape)
         if (bar == nullptr)
             continue;
         const std::int32_t leftRoom = row % kBarsPerLine == 0 && place.Column == 1 ? kLineStartRoom : 0;
-        WriteRow(doc, *bar, grid.Row(static_cast<std::size_t>(row)), leftRoom, ties);
+        const auto index = static_cast<std::size_t>(row);
+        bar->StartEdge = grid.RowEdges(index).Start;
+        bar->EndEdge = grid.RowEdges(index).End;
+        WriteRow(doc, *bar, grid.Row(index), leftRoom, ties);
     }
 }
 

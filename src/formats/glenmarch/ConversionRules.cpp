@@ -67,9 +67,14 @@ NoteValue BeamedNoteValue(std::int32_t code, std::int32_t dot, const CTimeSig& t
     if (IsSmallDuration(stored))
         return value;
     const bool dotted = dot != 0;
-    if (context.FromText && stored == 16 && !dotted)
-        value = {8, CNoteEx::Cut};
-    if (!context.FromText && context.BeatDoubling) {
+    // A BWW tune writes each note at its own length; the adjustments below are for the Glenmarch
+    // tunes, which wrote beamed notes relative to the beat.
+    if (context.FromText) {
+        if (stored == 16 && !dotted)
+            value = {8, CNoteEx::Cut};
+        return value;
+    }
+    if (context.BeatDoubling) {
         value.Duration = stored * 2;
         if (TwoCrotchetBeats(timeSig)) {
             if (value.Duration == 8 && dotted && context.BusyBar)
@@ -79,8 +84,6 @@ NoteValue BeamedNoteValue(std::int32_t code, std::int32_t dot, const CTimeSig& t
         }
         return value;
     }
-    if (context.BeatDoubling)
-        return value;
     if (TwoCrotchetBeats(timeSig)) {
         if (value.Duration > 4)
             value.Duration /= 2;

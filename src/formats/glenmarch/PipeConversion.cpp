@@ -82,8 +82,10 @@ void PipeConversion::Run()
     SetTempo();
     if (m_fromText)
         m_source.BeatDoubling = 0;
-    NextEnding();
+    else
+        NextEnding();
     PlacePages(area, lines, firstPageLines);
+    m_written.AddMarkers();
     m_doc.SetModifiedFlag();
 }
 
@@ -155,6 +157,7 @@ CStaveArea& PipeConversion::AddStaveArea(CTunePage& page, const RectF& box, floa
     area->SetBounds(box.X, y, box.Width, static_cast<float>(lines) * kLineHeight + kAreaSlack);
     area->InitialTimeSig.SetType(m_timeSigType);
     area->ShowTimeSig = showTimeSig;
+    area->ShowKeySig = m_source.ShowKeySig;
     area->SetPartCount(1);
     return static_cast<CStaveArea&>(*page.AddChild(std::move(area), true));
 }

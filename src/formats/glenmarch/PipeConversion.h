@@ -1,6 +1,7 @@
 #pragma once
 
 #include "formats/glenmarch/PipeDoc.h"
+#include "formats/glenmarch/WrittenEndings.h"
 #include "model/Geometry.h"
 #include "notation/MovementFromCode.h"
 
@@ -17,6 +18,7 @@ namespace corrieval {
 class CBarEx;
 class CCorrievalDoc;
 class CNoteGroupEx;
+class CScoObj;
 class CStave;
 class CStaveArea;
 class CTieEx;
@@ -77,8 +79,9 @@ private:
     void HonourEnding(std::int32_t noteId, const BarPlacing& placing, CStaveArea& area);
     void OpenSection(CBarEx& bar);
     void AddWholeLineMarker(CStaveArea& area, CBarEx& bar);
-    void PlaceBeamed(const CNote& note, const CNoteGroup& beam, const BarPlacing& placing, float x);
-    void PlaceSingle(const CNote& note, const BarPlacing& placing, float& x);
+    // Each returns what the note became in the bar, null when nothing was made.
+    const CScoObj* PlaceBeamed(const CNote& note, const CNoteGroup& beam, const BarPlacing& placing, float x);
+    const CScoObj* PlaceSingle(const CNote& note, const BarPlacing& placing, float& x);
     void CloseBeam(CBarEx& bar);
     CTieEx* TieFor(std::int32_t noteId) const;
 
@@ -105,6 +108,8 @@ private:
     std::int32_t m_repeatId = 0;
     std::int32_t m_timing = 0;
     bool m_sectionOpen = false;
+    // A BWW tune marks its endings note by note instead.
+    WrittenEndings m_written{0};
 
     // The tie being followed, and the beam being built.
     std::unordered_map<std::int32_t, const CTie*> m_tieByFirst;

@@ -21,6 +21,20 @@ constexpr float kNoteWidth = 0.156f;
 constexpr float kMovementNoteWidth = 0.078f;
 // An anacrusis state from here on takes no part in endings.
 constexpr std::int32_t kLastEndingAnacrusis = 3;
+// The bar lines a BWW tune wrote; a Glenmarch bar has plain ones and leaves the bar as it is.
+void SetBarLines(const CBar& older, CBarConfig& config)
+{
+    using Edge = CBar::Edge;
+    if (older.StartEdge != Edge::Plain) {
+        config.StartRepeat = older.StartEdge == Edge::Repeat;
+        config.StartBarLine = older.StartEdge == Edge::Heavy;
+    }
+    if (older.EndEdge != Edge::Plain) {
+        config.EndRepeat = older.EndEdge == Edge::Repeat;
+        config.EndBarLine = older.EndEdge == Edge::Heavy;
+    }
+}
+
 } // namespace
 
 void PipeConversion::NextEnding()
@@ -78,7 +92,13 @@ void PipeConversion::PlaceBar(const BarPlacing& placing, CStaveArea& area)
         if (!note->Visible)
             continue;
         FollowTie(note->Id);
-        HonourEnding(note->Id, placing, area);
+        if (m_fromText) {
+            const RepeatLink link = m_written.Enter(note->Ending, area, bar);
+            m_timing = link.Kind;
+            m_repeatId = link.Id;
+        } else {
+            HonourEnding(note->Id, placing, area);
+        }
         const double offset = placing.ColumnWidth > 0 ? note->X / placing.ColumnWidth * content.Width : 0.0;
         // The first note keeps its distance from the bar line: the bar's start moves left by half.
         if (first) {
@@ -87,10 +107,9 @@ void PipeConversion::PlaceBar(const BarPlacing& placing, CStaveArea& area)
         }
         // The notes go on in their order even where the older places run back.
         x = std::max(x, static_cast<float>(offset) + start);
-        if (const auto beam = beamOf.find(note->Id); beam != beamOf.end())
-            PlaceBeamed(*note, *beam->second, placing, x);
-        else
-            PlaceSingle(*note, placing, x);
+        const auto beam = beamOf.find(note->Id);
+        m_written.Placed(beam != beamOf.end() ? PlaceBeamed(*note, *beam->second, placing, x)
+                                              : PlaceSingle(*note, placing, x));
         if (m_olderTie != nullptr && note->Id == m_olderTie->Last()) {
             m_olderTie = nullptr;
             m_tie = nullptr;
@@ -103,6 +122,7 @@ void PipeConversion::PlaceBar(const BarPlacing& placing, CStaveArea& area)
         m_timing = 0;
         m_sectionOpen = false;
     }
+    SetBarLines(placing.Older, *bar.Config);
     bar.AutoOrganise();
 }
 
@@ -177,8 +197,8 @@ void PipeConversion::AddWholeLineMarker(CStaveArea& area, CBarEx& bar)
     bar.RepeatTiming = marker;
 }
 
-void PipeConversion::PlaceBeamed(const CNote& note, const CNoteGroup& beam, const BarPlacing& placing,
-                                 float x)
+const CScoObj* PipeConversion::PlaceBeamed(const CNote& note, const CNoteGroup& beam,
+                                           const BarPlacing& placing, float x)
 {
     const bool opens = note.X == beam.LeftmostX;
     const bool closes = note.X == beam.RightmostX;
@@ -201,21 +221,24 @@ void PipeConversion::PlaceBeamed(const CNote& note, const CNoteGroup& beam, cons
     made->RepeatId = m_timing > 0 ? m_repeatId : 0;
     if (CTieEx* tie = TieFor(note.Id))
         tie->AddNote(made.get());
-    // An import keeps the values it was given: the beam adds none of its own.
-    m_beam->AddChild(std::move(made), false);
+    // The older codes count a beamed note's beams from one less, so the beam adds one.
+    const CScoObj* placed = m_beam->AddChild(std::move(made), true);
     if (closes)
         CloseBeam(placing.Bar);
+    return placed;
 }
 
-void PipeConversion::PlaceSingle(const CNote& note, const BarPlacing& placing, float& x)
+const CScoObj* PipeConversion::PlaceSingle(const CNote& note, const BarPlacing& placing, float& x)
 {
     const RectF b = placing.Bar.Bounds();
+    m_made.Object = nullptr;
     const OlderNote older{static_cast<std::uint32_t>(note.Code), note.Pitch, note.Dot};
     MovementFromCode(older, placing.Bar, x, b.Y, b.Height, TieFor(note.Id),
                      RepeatLink{m_timing, m_timing > 0 ? m_repeatId : 0}, m_made);
     const std::int32_t count = m_made.NoteCount;
     if (count > 1)
         x += kMovementNoteWidth * static_cast<float>(count < 4 ? count + 1 : count);
+    return m_made.Object;
 }
 
 void PipeConversion::CloseBeam(CBarEx& bar)

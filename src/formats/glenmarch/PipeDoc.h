@@ -90,6 +90,9 @@ public:
     std::vector<std::unique_ptr<CTie>> Ties;
 
     Margins PrintMargins;
+    // Not stored: a BWW tune that writes the key signature (its "sharpf" and "sharpc") has it
+    // shown.
+    bool ShowKeySig = false;
     std::int32_t NextNoteId = 1;
     std::int32_t NextGroupId = 1;
 

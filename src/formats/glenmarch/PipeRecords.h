@@ -46,6 +46,9 @@ public:
     std::array<std::int32_t, 3> Extras{}; // the older program's own, unused here
     double Scale = 1.0;                   // stored from version 2 on
     bool Visible = true;                  // not stored; a hidden note is not converted
+    // Not stored: the first-or-second-time section a BWW tune writes the note in (CBarConfig's
+    // Ending values). Glenmarch files mark their endings through parts and bar kinds instead.
+    std::uint8_t Ending = 0;
 };
 
 // One beam: the ids of its notes and the extremes of their pitches and places.
@@ -77,6 +80,8 @@ class CBar : public CObject {
 
 public:
     enum Kind : std::int32_t { Plain = 1, SecondTimeFollows = 2, EndOfRepeat = 3 };
+    // The line a BWW tune draws at either end of a bar.
+    enum class Edge : std::uint8_t { Plain, Heavy, Repeat };
     static constexpr std::int32_t CurrentVersion = 2;
 
     CBar();
@@ -114,6 +119,9 @@ public:
     std::int32_t Version = CurrentVersion;
     std::array<std::int32_t, 3> MoreSettings{}; // the older program's own, unused here
     double Scale = 1.0;                         // stored from version 2 on
+    // Not stored: the bar lines a BWW tune writes; a Glenmarch tune draws plain ones.
+    Edge StartEdge = Edge::Plain;
+    Edge EndEdge = Edge::Plain;
     std::vector<std::unique_ptr<CNote>> Notes;
     std::vector<std::unique_ptr<CNoteGroup>> Groups;
 };
