@@ -1,5 +1,7 @@
 #include "formats/bww/BwwFile.h"
+#include "formats/glenmarch/GlenmarchConversion.h"
 #include "formats/glenmarch/PipeDoc.h"
+#include "model/CorrievalDoc.h"
 #include "support/RecordingMessages.h"
 
 #include <QDir>
@@ -35,7 +37,7 @@ bool IsImportMessage(const QString& text)
     return error.match(text).hasMatch();
 }
 
-TEST(BwwCorpus, EveryFileImportsWithOnlyTheImportsMessages)
+TEST(BwwCorpus, EveryFileImportsAndConvertsWithOnlyTheImportsMessages)
 {
     const QString dir = CorpusDir();
     if (!QDir(dir).exists())
@@ -53,9 +55,13 @@ TEST(BwwCorpus, EveryFileImportsWithOnlyTheImportsMessages)
         imported += doc != nullptr ? 1 : 0;
         for (const QString& text : messages.Texts)
             EXPECT_TRUE(IsImportMessage(text)) << path.toStdString() << ": " << text.toStdString();
-        if (doc != nullptr) {
-            EXPECT_FALSE(doc->CentreText.Text.isEmpty()) << path.toStdString();
-        }
+        if (doc == nullptr)
+            continue;
+        EXPECT_FALSE(doc->CentreText.Text.isEmpty()) << path.toStdString();
+        // What the parser accepts, the conversion lays out.
+        const auto score = ConvertToNewDocument(*doc, true);
+        ASSERT_NE(score, nullptr) << path.toStdString();
+        EXPECT_FALSE(score->Pages.empty()) << path.toStdString();
     }
     EXPECT_GT(read, 100);
     RecordProperty("imported", imported);
