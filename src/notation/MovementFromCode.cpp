@@ -35,7 +35,7 @@ const CScoObj* AddPlainNote(const OlderNote& older, NoteDuration duration, CBarE
 } // namespace
 
 void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, float height, CTieEx* tie,
-                      RepeatLink repeat, MovementMade& made)
+                      RepeatLink repeat, MovementDefinitionCache& definitions, MovementMade& made)
 {
     const CodeInfo code = LookUpCode(older.Code);
     if (code.Kind == CodeKind::Note) {
@@ -49,7 +49,7 @@ void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, flo
         // Looked up all the same, under a name that no definition has.
         name = QStringLiteral("unknown");
     }
-    const MovementDefinition definition = ReadMovementDefinition(MovementCategory(older.Code), name);
+    const MovementDefinition& definition = definitions.Read(MovementCategory(older.Code), name);
     if (!definition.Usable())
         return;
     auto group = std::make_unique<CFixedNoteGroup>(name);

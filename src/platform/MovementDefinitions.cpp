@@ -129,6 +129,15 @@ MovementDefinition ReadMovementDefinition(const QString& category, const QString
     return definition;
 }
 
+const MovementDefinition& MovementDefinitionCache::Read(const QString& category, const QString& name)
+{
+    auto key = std::make_pair(category, name);
+    auto found = m_read.find(key);
+    if (found == m_read.end())
+        found = m_read.emplace(std::move(key), ReadMovementDefinition(category, name)).first;
+    return found->second;
+}
+
 std::vector<PaletteEntry> ReadPalette(const QString& palette)
 {
     const SettingsStore paletteKey = SettingsStore(QString::fromLatin1(MovementsKeyPath)).Subkey(palette);

@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace corrieval {
@@ -29,6 +31,16 @@ struct MovementDefinition {
 // Reads the definition `name` of the palette `category`. Asking creates the key: missing values
 // are written back as "", "" and -1, which leave the definition unusable.
 MovementDefinition ReadMovementDefinition(const QString& category, const QString& name);
+
+// The definitions a task that asks for many (the conversion of a tune) has read so far: each is
+// read from the store once, since every read opens the store's file afresh.
+class MovementDefinitionCache {
+public:
+    const MovementDefinition& Read(const QString& category, const QString& name);
+
+private:
+    std::map<std::pair<QString, QString>, MovementDefinition> m_read;
+};
 
 // An entry of a palette as its gallery shows it.
 struct PaletteEntry {

@@ -102,11 +102,12 @@ protected:
     void Convert(std::uint32_t code, std::int32_t position = 24, std::int32_t dot = 0, CTieEx* tie = nullptr,
                  RepeatLink repeat = {})
     {
-        MovementFromCode({code, position, dot}, Bar, 1.5f, 2.0f, 0.6f, tie, repeat, Made);
+        MovementFromCode({code, position, dot}, Bar, 1.5f, 2.0f, 0.6f, tie, repeat, Definitions, Made);
     }
     testing::TempConfigDir Config;
     testing::RecordingMessages Messages;
     CBarEx Bar;
+    MovementDefinitionCache Definitions;
     MovementMade Made{"before", 9};
 };
 

@@ -4,6 +4,7 @@
 #include "formats/glenmarch/WrittenEndings.h"
 #include "model/Geometry.h"
 #include "notation/MovementFromCode.h"
+#include "platform/MovementDefinitions.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -118,6 +119,7 @@ private:
     std::unique_ptr<CNoteGroupEx> m_beam;
     const CNoteGroup* m_olderBeam = nullptr;
     MovementMade m_made;
+    MovementDefinitionCache m_definitions;
 };
 
 } // namespace corrieval

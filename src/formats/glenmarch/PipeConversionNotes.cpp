@@ -234,7 +234,7 @@ const CScoObj* PipeConversion::PlaceSingle(const CNote& note, const BarPlacing& 
     m_made.Object = nullptr;
     const OlderNote older{static_cast<std::uint32_t>(note.Code), note.Pitch, note.Dot};
     MovementFromCode(older, placing.Bar, x, b.Y, b.Height, TieFor(note.Id),
-                     RepeatLink{m_timing, m_timing > 0 ? m_repeatId : 0}, m_made);
+                     RepeatLink{m_timing, m_timing > 0 ? m_repeatId : 0}, m_definitions, m_made);
     const std::int32_t count = m_made.NoteCount;
     if (count > 1)
         x += kMovementNoteWidth * static_cast<float>(count < 4 ? count + 1 : count);
