@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 namespace corrieval {
@@ -21,6 +22,9 @@ public:
     virtual void InvalidateObject(const CScoObj& object) = 0;
     // The pages changed size or number: recompute the scroll extent and re-apply the zoom.
     virtual void PagesLaidOut() = 0;
+    // An imported tune is in place: show "`tempo` bpm" in the tempo box and bring the zoom label
+    // up to date.
+    virtual void TuneImported(std::int32_t tempo) = 0;
     // Shows the page set-up dialog filled from `setup`; true and `setup` updated on OK.
     virtual bool EditPageSetup(PageSetup& setup) = 0;
     virtual float Zoom() const = 0;

@@ -6,6 +6,7 @@
 #include "notation/NoteGroupEx.h"
 #include "notation/RepeatTiming.h"
 #include "support/RecordingMessages.h"
+#include "support/RecordingView.h"
 #include "support/ScoreWalk.h"
 
 #include <gtest/gtest.h>
@@ -103,6 +104,27 @@ TEST(BwwImport, RepeatsAndFirstAndSecondTimesComeAcross)
     EXPECT_EQ(area.RepeatMarkers[1]->RepeatId, split[1]->RepeatId);
     EXPECT_GT(area.RepeatMarkers[1]->StartPosition, 0.0f);
     EXPECT_TRUE(tune.Messages.Texts.isEmpty());
+}
+
+TEST(BwwImport, TheAppImportsIntoTheActiveViewAndShowsTheTempo)
+{
+    RecordingMessages messages;
+    bww::ImportLog log;
+    auto source = ReadBww("Bagpipe Reader:1.0\r\n\"Tune\",(Y)\r\n\"Strathspey\",(T)\r\n\"Trad.\",(M)\r\n"
+                          "& 4_4 E_4 ! D_4 !I\r\n",
+                          log);
+    ASSERT_NE(source, nullptr);
+    CCorrievalDoc doc;
+    doc.OnNewDocument();
+    doc.SetModifiedFlag(false);
+    testing::RecordingView view;
+    view.Doc = &doc;
+    ConvertIntoActiveView(std::move(source), true);
+    ASSERT_EQ(MusicAreas(doc).size(), 1u);
+    EXPECT_TRUE(doc.IsModified());
+    // A strathspey plays at 60 whatever its time signature says.
+    EXPECT_EQ(view.ImportedTempo, 60);
+    EXPECT_FALSE(view.Invalidated.empty());
 }
 
 } // namespace

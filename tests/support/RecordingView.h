@@ -29,6 +29,7 @@ public:
             setup = *Answer;
         return Answer.has_value();
     }
+    void TuneImported(std::int32_t tempo) override { ImportedTempo = tempo; }
     float Zoom() const override { return ViewZoom; }
     CCorrievalDoc* Document() const override { return Doc; }
     bool PrintIdle() const override { return Idle; }
@@ -38,6 +39,7 @@ public:
     std::vector<const CScoObj*> Invalidated;
     int Layouts = 0;
     int PageSetupPrompts = 0;
+    std::optional<std::int32_t> ImportedTempo;
     std::optional<PageSetup> Answer;
     float ViewZoom = 1.5f;
     CCorrievalDoc* Doc = nullptr;

@@ -348,6 +348,7 @@ void ConvertIntoActiveView(std::unique_ptr<CPipeDoc> source, bool fromText)
     ConvertPipeDoc(*source, *doc, fromText);
     for (const auto& page : doc->Pages)
         view->InvalidateObject(*page);
+    view->TuneImported(doc->Tempo);
 }
 
 std::unique_ptr<CCorrievalDoc> ConvertToNewDocument(CPipeDoc& source, bool fromText)
