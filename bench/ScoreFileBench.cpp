@@ -11,14 +11,7 @@ namespace {
 
 QByteArray LargeScore()
 {
-    corrieval::fixtures::TuneShape shape;
-    shape.Pages = 20;
-    shape.Groups = 6;
-    shape.Parts = 2;
-    shape.Columns = 8;
-    shape.NotesPerBar = 4;
-    shape.Repeats = true;
-    return corrieval::StoreScore(*corrieval::fixtures::BuildTune(shape), {});
+    return corrieval::StoreScore(*corrieval::fixtures::BuildTune(corrieval::fixtures::LargeTuneShape()), {});
 }
 
 void LoadLargeScore(benchmark::State& state)

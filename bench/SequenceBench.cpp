@@ -11,14 +11,7 @@ namespace {
 
 void BuildLargeSequence(benchmark::State& state)
 {
-    corrieval::fixtures::TuneShape shape;
-    shape.Pages = 20;
-    shape.Groups = 6;
-    shape.Parts = 2;
-    shape.Columns = 8;
-    shape.NotesPerBar = 4;
-    shape.Repeats = true;
-    const auto doc = corrieval::fixtures::BuildTune(shape);
+    const auto doc = corrieval::fixtures::BuildTune(corrieval::fixtures::LargeTuneShape());
     corrieval::CTuneSequence sequence(doc.get());
     for (auto _ : state) {
         sequence.Build(nullptr);

@@ -4,7 +4,6 @@
 #include "notation/NoteEx.h"
 
 #include <QPainterPathStroker>
-
 #include <algorithm>
 
 namespace corrieval {
@@ -14,22 +13,6 @@ CORRIEVAL_IMPLEMENT_CLASS(CFixedNoteGroup, CNoteBase);
 namespace {
 
 constexpr std::uint32_t kToolbarPenColour = 0xFF202080;
-
-// The beams or flags a note value carries: three for the gracenotes of a movement.
-int BeamCount(NoteDuration duration)
-{
-    switch (duration) {
-    case 8:
-        return 1;
-    case 16:
-        return 2;
-    case 32:
-    case 256:
-        return 3;
-    default:
-        return 0;
-    }
-}
 
 void AddLine(QPainterPath& path, float x1, float y1, float x2, float y2)
 {

@@ -5,7 +5,6 @@
 
 #include <QPainterPath>
 #include <QString>
-
 #include <cstdint>
 #include <memory>
 
@@ -23,7 +22,26 @@ inline constexpr NotePitch HighestPitch = 3;
 inline constexpr NotePitch LowestPitch = 11;
 
 // Gracenotes: they borrow their time from the notes around them.
-inline bool IsSmallDuration(NoteDuration d) { return d == 64 || d == 128 || d == 256; }
+inline bool IsSmallDuration(NoteDuration d)
+{
+    return d == 64 || d == 128 || d == 256;
+}
+
+// The beams or flags a value carries: three for the gracenotes of a movement.
+inline int BeamCount(NoteDuration d)
+{
+    switch (d) {
+    case 8:
+        return 1;
+    case 16:
+        return 2;
+    case 32:
+    case 256:
+        return 3;
+    default:
+        return 0;
+    }
+}
 
 // A single melody note or gracenote. A note holds no stem direction: its glyph carries stem and
 // flags, stems going down towards the beam line and gracenote stems up.

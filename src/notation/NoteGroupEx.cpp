@@ -4,7 +4,6 @@
 #include "notation/NoteEx.h"
 
 #include <QPainterPathStroker>
-
 #include <algorithm>
 #include <utility>
 #include <vector>
@@ -22,21 +21,9 @@ constexpr float kBeamStep = 0.7f;
 // The stave position of the beam line, below the lowest note.
 constexpr int kBeamLinePosition = 17;
 
-int BeamCount(const CNoteEx* note)
+int BeamsOf(const CNoteEx* note)
 {
-    if (note == nullptr)
-        return 0;
-    switch (note->Duration) {
-    case 8:
-        return 1;
-    case 16:
-        return 2;
-    case 32:
-    case 256:
-        return 3;
-    default:
-        return 0;
-    }
+    return note != nullptr ? BeamCount(note->Duration) : 0;
 }
 
 // Draws the stems and beams of one drawing of a group, collecting the beams as its hit shape.
@@ -63,9 +50,9 @@ public:
         const CNoteEx* note = notes[i];
         const CNoteEx* next = i + 1 < notes.size() ? notes[i + 1] : nullptr;
         const CNoteEx* previous = i > 0 ? notes[i - 1] : nullptr;
-        const int own = BeamCount(note);
-        const int after = BeamCount(next);
-        const int before = BeamCount(previous);
+        const int own = BeamsOf(note);
+        const int after = BeamsOf(next);
+        const int before = BeamsOf(previous);
         const float x = note->HeadRect.X;
         const float stub = kStubShare * note->HeadRect.Width;
         // The first beam lies on the beam line, where the stems end.
