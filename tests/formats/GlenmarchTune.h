@@ -67,6 +67,27 @@ struct GlenmarchTune {
         return *Doc.Parts.back();
     }
 
+    // A small tune that uses every record: two bars, notes of both record versions, a beam, a
+    // tie across the bar line, a heading and two parts.
+    static GlenmarchTune EveryRecord()
+    {
+        GlenmarchTune tune;
+        tune.Doc.TimeSigText = QStringLiteral("$");
+        tune.Doc.CentreText.Text = QStringLiteral("The Ale is Dear");
+        CBar& first = tune.AddBar(1, 1);
+        const CNote& a = tune.AddNote(first, 3, 20, 200);
+        const CNote& b = tune.AddNote(first, 3, 23, 400, 1);
+        tune.Beam(first, {&a, &b});
+        CBar& second = tune.AddBar(1, 2);
+        second.Version = 1;
+        CNote& c = tune.AddNote(second, 2, 23, 300);
+        c.Version = 1;
+        tune.Tie(b, c);
+        tune.AddPart(1, 2);
+        tune.AddPart(2, 0).Version = 1;
+        return tune;
+    }
+
     QByteArray Bytes() { return StoreGlenmarch(Doc, QStringLiteral("tune.glm")); }
     // The tune as it reads back from its file.
     std::unique_ptr<CPipeDoc> Reread() { return ReadGlenmarch(Bytes(), QStringLiteral("tune.glm")); }
