@@ -148,7 +148,10 @@ private:
             errors += QLatin1Char('\n');
         if (!problem.isEmpty())
             errors += child.Job.In + QStringLiteral(": ") + problem + QLatin1Char('\n');
-        m_messages += static_cast<int>(errors.count(QLatin1Char('\n')));
+        // Only the lines naming the file are its messages; Qt's own warnings pass through uncounted.
+        const QString prefix = child.Job.In + QStringLiteral(": ");
+        for (const QStringView line : QStringView(errors).split(QLatin1Char('\n')))
+            m_messages += line.startsWith(prefix) ? 1 : 0;
         m_err << errors << Qt::flush;
 
         if (m_children.size() < m_jobs.size())

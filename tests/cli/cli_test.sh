@@ -126,15 +126,17 @@ check "lists the first 10,000 and says so" test "$(wc -l <"$work/out") $(tail -n
     "10001 $work/many.bww: only the first 10000 words passed over are listed"
 check "--report on a score lists nothing" test "$(status_of "$cli" convert --report "$example" "$work/r.skb")" = 0
 check "nothing at all" test ! -s "$work/out"
+# Without a runtime folder Qt warns in every child; such lines pass through but are not messages.
 check "a batch with a broken file exits 1" \
-    test "$(status_of "$cli" convert --to png --out "$work/batch" --dpi 20 "$tune" "$work/broken.bww")" = 1
+    test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert --to png --out "$work/batch" --dpi 20 "$tune" "$work/broken.bww")" = 1
 "$cli" convert --dpi 20 "$tune" "$work/single.png" >/dev/null
 check "the good file is drawn with the options given" cmp -s "$work/batch/Corrieval_March.png" "$work/single.png"
 check "and named on standard output" grep -qx "$work/batch/Corrieval_March.png" "$work/out"
 check "the broken file writes nothing" test ! -e "$work/batch/broken.png"
 check "its message names it" grep -qx "$work/broken.bww: Invalid BWW file!" "$work/err"
-check "the summary counts the files and the messages" \
-    test "$(tail -n 1 "$work/err")" = "2 files: 1 converted, 1 refused, $(($(wc -l <"$work/err") - 1)) messages"
+check "the summary counts the files and the one message" \
+    test "$(tail -n 1 "$work/err") $(grep -c -e "^$tune: " -e "^$work/broken.bww: " "$work/err")" = \
+    "2 files: 1 converted, 1 refused, 1 message 1"
 check "two inputs of one name exit 2" \
     test "$(status_of "$cli" convert --to skb --out "$work/same" "$work/words.bww" "$work/batch/../words.bww")" = 2
 check "naming both" grep -q "^corrieval-cli: '$work/words.bww' and '$work/batch/../words.bww' " "$work/err"
