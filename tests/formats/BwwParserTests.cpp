@@ -71,13 +71,15 @@ TEST(BwwParser, PlainPartsEndBySize)
 {
     RecordingMessages messages;
     bww::ImportLog log;
-    // Two lines of four bars close a part without a repeat sign; the third line starts the next.
-    const auto doc = ReadBww(kHeader + Line("E_4") + Line("D_4") + Line("C_4"), log);
+    // Two lines of four bars close a part without a repeat sign; the third line starts the next,
+    // which the end of the file closes. Its last bar line opens no fifth bar.
+    const auto doc = ReadBww(kHeader + Line("E_4") + Line("D_4") + Line("C_4", "!"), log);
     ASSERT_NE(doc, nullptr);
     ASSERT_EQ(doc->Parts.size(), 2u);
     EXPECT_EQ(doc->Parts[0]->BarCount, 8);
     EXPECT_EQ(doc->Parts[0]->AnacrusisState, CPart::NoUpbeat);
     EXPECT_EQ(doc->Parts[1]->BarCount, 4);
+    EXPECT_EQ(doc->Parts[1]->AnacrusisState, CPart::NoUpbeat);
     EXPECT_EQ(NoteCount(*doc), 12);
     // Pitches land on their older stave positions: E is 24.
     EXPECT_EQ(doc->BarAt(1, 1)->Notes[0]->Pitch, 24);
@@ -144,9 +146,11 @@ TEST(BwwParser, TheNoteGridRefusesRatherThanOverruns)
     QByteArray longPart = "& ";
     for (int i = 0; i < 30; ++i)
         longPart += "E_4 ! ";
-    const auto doc = ReadBww(kHeader + longBar + "!I\r\n" + longPart + "!I\r\n", log);
+    // The dot belongs to the 40th note, which is left out, and not to the 32nd.
+    const auto doc = ReadBww(kHeader + longBar + "'e !I\r\n" + longPart + "!I\r\n", log);
     ASSERT_NE(doc, nullptr);
     EXPECT_EQ(doc->BarAt(1, 1)->Notes.size(), 32u);
+    EXPECT_EQ(doc->BarAt(1, 1)->Notes.back()->Dot, 0);
     EXPECT_EQ(doc->Parts.back()->BarCount, 24);
     ASSERT_EQ(log.Problems.size(), 2u);
     EXPECT_EQ(log.Problems[0].Code, bww::ProblemCode::BarTooLong);

@@ -5,6 +5,7 @@ namespace corrieval::bww {
 bool NoteGrid::NewRow(CBar::Edge start)
 {
     m_rowOpen = m_rows < MaxRows;
+    m_rowFull = false;
     if (!m_rowOpen)
         return false;
     m_edges[m_rows] = {start, CBar::Edge::Plain};
@@ -26,17 +27,29 @@ void NoteGrid::SetEnd(CBar::Edge edge)
 
 bool NoteGrid::Add(const Slot& slot)
 {
-    if (!m_rowOpen || m_used[m_rows - 1] >= MaxSlots)
+    if (!m_rowOpen)
         return false;
+    if (m_used[m_rows - 1] >= MaxSlots) {
+        m_rowFull = true;
+        return false;
+    }
     m_grid[m_rows - 1][m_used[m_rows - 1]++] = slot;
     return true;
 }
 
 NoteGrid::Slot* NoteGrid::Previous(std::size_t back)
 {
-    if (!m_rowOpen || back == 0 || back > m_used[m_rows - 1])
+    if (!m_rowOpen || m_rowFull || back == 0 || back > m_used[m_rows - 1])
         return nullptr;
     return &m_grid[m_rows - 1][m_used[m_rows - 1] - back];
+}
+
+void NoteGrid::DropEmptyLast()
+{
+    if (m_rows == 0 || m_used[m_rows - 1] != 0)
+        return;
+    --m_rows;
+    m_rowOpen = false;
 }
 
 void NoteGrid::Clear()

@@ -39,8 +39,11 @@ public:
     void SetEnd(CBar::Edge edge);
     // Adds a slot to the open bar; false when there is none or it is full.
     bool Add(const Slot& slot);
-    // The slot `back` places before the end of the open bar (1 the last), or null.
+    // The slot `back` places before the end of the open bar (1 the last), or null. Once the bar
+    // has refused a slot it is null: a dot or tie written then belongs to a note left out.
     Slot* Previous(std::size_t back);
+    // Takes back the last bar if nothing went into it.
+    void DropEmptyLast();
 
     std::size_t RowCount() const { return m_rows; }
     std::span<const Slot> Row(std::size_t row) const { return {m_grid[row].data(), m_used[row]}; }
@@ -53,6 +56,7 @@ private:
     std::array<Edges, MaxRows> m_edges{};
     std::size_t m_rows = 0;
     bool m_rowOpen = false;
+    bool m_rowFull = false; // the open bar has refused a slot
 };
 
 } // namespace corrieval::bww

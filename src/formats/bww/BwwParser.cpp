@@ -134,6 +134,9 @@ bool Parser::Parse()
         Music();
     }
     // A last part that ends with the file, without a repeat sign and short of its size, is kept.
+    // A bar line just before the end opened a bar with nothing in it, which is no bar of the
+    // tune: kept, it would make the count odd and the first bar an upbeat.
+    m_grid.DropEmptyLast();
     if (m_grid.RowCount() > 0 && !m_log.ErrorFlag)
         FinishPart();
     return !m_log.ErrorFlag;
