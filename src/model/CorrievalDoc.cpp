@@ -129,6 +129,14 @@ bool CCorrievalDoc::HasMusic() const
     return false;
 }
 
+std::int32_t CCorrievalDoc::NextTieId() const
+{
+    std::int32_t highest = 0;
+    for (const auto& tie : Ties)
+        highest = std::max(highest, tie->Id);
+    return highest + 1;
+}
+
 CTieEx* CCorrievalDoc::TieAt(float x, float y) const
 {
     for (const auto& tie : Ties) {

@@ -52,6 +52,10 @@ public:
     // looked at: it gates the transport and the export cheaply.
     bool HasMusic() const;
     CTieEx* TieAt(float x, float y) const;
+    // The id for a new tie. Ids count on from the highest in use rather than from the number of
+    // ties, so that a tie made after another was undone does not share its id and merge with it
+    // when the file is read back.
+    std::int32_t NextTieId() const;
 
     // A template (".skt") opens as a new untitled tune, so Save never overwrites it.
     void SetPathName(const QString& path);

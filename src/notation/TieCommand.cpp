@@ -6,7 +6,6 @@
 #include "notation/NoteGroupEx.h"
 #include "notation/TieEx.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace corrieval {
@@ -71,16 +70,6 @@ bool MayTie(const std::vector<const CScoObj*>& items)
     return first.has_value() && first == PitchOf(items[1]);
 }
 
-// Ids count on from the highest in use rather than from the number of ties, so that a tie made
-// after another was undone does not share its id and merge with it when the file is read back.
-std::int32_t NextTieId(const CCorrievalDoc& doc)
-{
-    std::int32_t highest = 0;
-    for (const auto& tie : doc.Ties)
-        highest = std::max(highest, tie->Id);
-    return highest + 1;
-}
-
 } // namespace
 
 void Untie(CNoteEx& note, CCorrievalDoc& doc)
@@ -127,7 +116,7 @@ bool ToggleTie(const std::vector<CScoObj*>& selection, CCorrievalDoc& doc)
         return false;
     }
     auto tie = std::make_unique<CTieEx>();
-    tie->Id = NextTieId(doc);
+    tie->Id = doc.NextTieId();
     for (CNoteEx* note : joining)
         tie->AddNote(note);
     tie->InvalidateSelf();

@@ -275,6 +275,16 @@ TEST_F(GlenmarchConversion, NotesBeamsMovementsAndTiesComeAcross)
     ASSERT_EQ(read->Ties.size(), 2u);
     EXPECT_EQ(read->Ties[0]->Notes.size(), 3u);
     EXPECT_EQ(ChildrenOf<CFixedNoteGroup>(BarOf(*MusicAreas(*read).front(), 0, 0)).size(), 1u);
+
+    // Imported into a score that kept tie 2 of two after the first was undone, the new ties must
+    // not reuse its id: on reading back, the notes would join whichever tie of that id came first.
+    CCorrievalDoc into;
+    into.OnNewDocument();
+    into.Ties.push_back(std::make_unique<CTieEx>());
+    into.Ties.back()->Id = 2;
+    ConvertPipeDoc(*tune.Reread(), into, false);
+    ASSERT_EQ(into.Ties.size(), 3u);
+    EXPECT_EQ(std::pair(into.Ties[1]->Id, into.Ties[2]->Id), std::pair(3, 4));
 }
 
 TEST_F(GlenmarchConversion, AFirstAndSecondTimeEndingMarksItsBarsAndNotes)

@@ -136,7 +136,7 @@ void PipeConversion::FollowTie(std::int32_t noteId)
         return;
     m_olderTie = found->second;
     auto tie = std::make_unique<CTieEx>();
-    tie->Id = static_cast<std::int32_t>(m_doc.Ties.size()) + 1;
+    tie->Id = m_doc.NextTieId();
     m_tie = tie.get();
     m_doc.Ties.push_back(std::move(tie));
 }
