@@ -146,10 +146,10 @@ private:
         QString errors = QString::fromUtf8(child.Process.readAllStandardError());
         if (!errors.isEmpty() && !errors.endsWith(QLatin1Char('\n')))
             errors += QLatin1Char('\n');
-        if (!problem.isEmpty())
-            errors += child.Job.In + QStringLiteral(": ") + problem + QLatin1Char('\n');
         // Only the lines naming the file are its messages; Qt's own warnings pass through uncounted.
         const QString prefix = child.Job.In + QStringLiteral(": ");
+        if (!problem.isEmpty())
+            errors += prefix + problem + QLatin1Char('\n');
         for (const QStringView line : QStringView(errors).split(QLatin1Char('\n')))
             m_messages += line.startsWith(prefix) ? 1 : 0;
         m_err << errors << Qt::flush;
