@@ -3,16 +3,13 @@
 // font's real head widths.
 
 #include "fixtures/ScoreFixtures.h"
-#include "model/BarEx.h"
-#include "model/CorrievalDoc.h"
-#include "model/Stave.h"
-#include "model/TunePage.h"
 #include "notation/GroupCommands.h"
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
 #include "notation/TieEx.h"
 #include "support/RecordingPainter.h"
 #include "support/RecordingView.h"
+#include "support/ScoreWalk.h"
 
 #include <array>
 #include <gtest/gtest.h>
@@ -30,29 +27,23 @@ constexpr float kNear = 1e-5f;
 constexpr float kPen = 0.004f;
 constexpr std::size_t kNotes = 6;
 
-// A note alone in a music box 0.95 high at x = 1, as a bar holds it.
-std::unique_ptr<CNoteEx> DrawnNote(NotePitch pitch)
-{
-    auto note = std::make_unique<CNoteEx>(4);
-    note->Pitch = pitch;
-    note->SetBounds(1, 2, 0.4f, 0.95f);
-    RecordingPainter painter;
-    note->Draw(painter, OutputMode::Screen);
-    return note;
-}
-
 TEST(Note, HeadSitsOnItsPositionWithALedgerLineOnlyForHighA)
 {
     for (NotePitch pitch = HighestPitch; pitch <= LowestPitch; ++pitch) {
         SCOPED_TRACE(::testing::Message() << "pitch " << pitch);
-        const auto note = DrawnNote(pitch);
-        const float u = note->ContentBox().Height / 19;
-        const float line = note->ContentBox().Y + static_cast<float>(pitch) * u;
+        // A note alone in a music box 0.95 high at x = 1, as a bar holds it.
+        CNoteEx note(4);
+        note.Pitch = pitch;
+        note.SetBounds(1, 2, 0.4f, 0.95f);
+        RecordingPainter painter;
+        note.Draw(painter, OutputMode::Screen);
+        const float u = note.ContentBox().Height / 19;
+        const float line = note.ContentBox().Y + static_cast<float>(pitch) * u;
         // One gap high, from a quarter gap above the line, centred across the note's box.
-        EXPECT_NEAR(note->HeadRect.Y, line - u / 2, kNear);
-        EXPECT_NEAR(note->HeadRect.X + note->HeadRect.Width / 2, 1.2f, kNear);
-        EXPECT_EQ(note->LedgerPath.isEmpty(), pitch != HighestPitch);
-        EXPECT_TRUE(note->HitTestNote(1.2f, line));
+        EXPECT_NEAR(note.HeadRect.Y, line - u / 2, kNear);
+        EXPECT_NEAR(note.HeadRect.X + note.HeadRect.Width / 2, 1.2f, kNear);
+        EXPECT_EQ(note.LedgerPath.isEmpty(), pitch != HighestPitch);
+        EXPECT_TRUE(note.HitTestNote(1.2f, line));
     }
 }
 
@@ -64,8 +55,7 @@ protected:
         doc = fixtures::BuildTune(
             {.Groups = 1, .Parts = 1, .Columns = 2, .NotesPerBar = kNotes, .Title = false});
         view.Doc = doc.get();
-        auto* area = static_cast<CGraphObjContainer*>(doc->Pages.front()->ChildAt(0));
-        stave = static_cast<CStave*>(static_cast<CGraphObjContainer*>(area->ChildAt(0))->ChildAt(0));
+        stave = &testing::StaveOf(*testing::MusicAreas(*doc).front(), 0);
         bar = static_cast<CBarEx*>(stave->ChildAt(0));
         for (std::size_t i = 0; i < kNotes; ++i) // the fixture keeps a bar's notes in order from the left
             n.push_back(static_cast<CNoteEx*>(bar->ChildAt(i)));
@@ -207,13 +197,32 @@ struct BeamCase {
 
 class Beaming : public NoteGroups, public ::testing::WithParamInterface<BeamCase> {};
 
-TEST_P(Beaming, BeamsLieWhereTheRulesPutThem)
+TEST_P(Beaming, StemsAndBeamsLieWhereTheRulesPutThem)
 {
     CNoteGroupEx& group = Beam(GetParam().Durations);
     for (std::size_t i = 0; i < GetParam().DotCuts.size(); ++i)
         n[i]->DotCut = GetParam().DotCuts[i];
+    group.SetColour(0xFF112233);
     RecordingPainter painter;
     group.Draw(painter, OutputMode::Screen);
+
+    const std::size_t count = GetParam().Durations.size();
+    const std::vector<PaintCall> stems = LinesOf(painter, 2 * kPen);
+    const std::vector<PaintCall> heads = painter.Of(PaintCall::Kind::FillPath);
+    ASSERT_EQ(stems.size(), count);
+    ASSERT_EQ(heads.size(), count);
+    EXPECT_GT(BeamLine(), stave->ContentBox().Y + 12 * Unit()); // below Low G's head
+    for (std::size_t i = 0; i < count; ++i) {
+        SCOPED_TRACE(::testing::Message() << "stem " << i);
+        const RectF head = n[i]->HeadRect;
+        EXPECT_EQ(stems[i].X1, head.X);
+        EXPECT_EQ(stems[i].X2, head.X);
+        EXPECT_FLOAT_EQ(stems[i].Y1, BeamLine());
+        EXPECT_FLOAT_EQ(stems[i].Y2, head.Y + head.Height / 2);
+        EXPECT_EQ(stems[i].Stroke.Argb, 0xFF112233u);
+        // The bare head's ink starts where the stem stands.
+        EXPECT_NEAR(heads[i].Path.boundingRect().left(), head.X, 0.02 * head.Height);
+    }
 
     std::vector<std::array<float, 3>> expected; // from, to, y
     std::size_t note = 0;
@@ -244,6 +253,11 @@ TEST_P(Beaming, BeamsLieWhereTheRulesPutThem)
         EXPECT_NEAR(beams[s].Y1, expected[s][2], kNear);
         EXPECT_EQ(beams[s].Y2, beams[s].Y1);
     }
+
+    // A click on the beam between the first two heads finds the group.
+    const float between = (n[0]->HeadRect.X + n[1]->HeadRect.X) / 2;
+    EXPECT_EQ(bar->HitTest(between, BeamLine() - 2 * kPen), &group);
+    EXPECT_EQ(bar->HitTest(between, BeamLine() - 2 * kPen - 0.1f), nullptr);
 }
 
 constexpr std::int32_t kCut = CNoteEx::Cut;
@@ -262,35 +276,6 @@ INSTANTIATE_TEST_SUITE_P(
                       BeamCase{"CutBeforeAPlainNote", {8, 8, 8}, {0, kCut, 0}, "F|FL|L"},
                       BeamCase{"CutBeforeADottedNote", {8, 8, 8}, {0, kCut, kDot}, "F|FR|L"}),
     [](const ::testing::TestParamInfo<BeamCase>& param) { return param.param.Name; });
-
-TEST_F(NoteGroups, StemsRunFromTheHeadsToTheBeamLineAndBothAreHit)
-{
-    CNoteGroupEx& group = Beam({8, 16, 8});
-    group.SetColour(0xFF112233);
-    RecordingPainter painter;
-    group.Draw(painter, OutputMode::Screen);
-
-    const std::vector<PaintCall> stems = LinesOf(painter, 2 * kPen);
-    const std::vector<PaintCall> heads = painter.Of(PaintCall::Kind::FillPath);
-    ASSERT_EQ(stems.size(), 3u);
-    ASSERT_EQ(heads.size(), 3u);
-    EXPECT_GT(BeamLine(), stave->ContentBox().Y + 12 * Unit()); // below Low G's head
-    for (std::size_t i = 0; i < 3; ++i) {
-        const RectF head = n[i]->HeadRect;
-        EXPECT_EQ(stems[i].X1, head.X);
-        EXPECT_EQ(stems[i].X2, head.X);
-        EXPECT_FLOAT_EQ(stems[i].Y1, BeamLine());
-        EXPECT_FLOAT_EQ(stems[i].Y2, head.Y + head.Height / 2);
-        EXPECT_EQ(stems[i].Stroke.Argb, 0xFF112233u);
-        // The bare head's ink starts where the stem stands.
-        EXPECT_NEAR(heads[i].Path.boundingRect().left(), head.X, 0.02 * head.Height);
-    }
-
-    // A click on the beam between two heads finds the group.
-    const float between = (n[0]->HeadRect.X + n[1]->HeadRect.X) / 2;
-    EXPECT_EQ(bar->HitTest(between, BeamLine() - 2 * kPen), &group);
-    EXPECT_EQ(bar->HitTest(between, BeamLine() - 2 * kPen - 0.1f), nullptr);
-}
 
 } // namespace
 } // namespace corrieval

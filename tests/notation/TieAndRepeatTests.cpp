@@ -3,11 +3,6 @@
 // time markers: how they are made and drawn, and how they stamp the notes they bracket.
 
 #include "fixtures/ScoreFixtures.h"
-#include "model/BarEx.h"
-#include "model/CorrievalDoc.h"
-#include "model/Stave.h"
-#include "model/StaveArea.h"
-#include "model/TunePage.h"
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
 #include "notation/RepeatTiming.h"
@@ -16,9 +11,11 @@
 #include "support/RecordingMessages.h"
 #include "support/RecordingPainter.h"
 #include "support/RecordingView.h"
+#include "support/ScoreWalk.h"
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 namespace corrieval {
@@ -34,15 +31,9 @@ protected:
         View.Doc = Doc.get();
     }
 
-    CStaveArea& Area() const { return static_cast<CStaveArea&>(*Doc->Pages[0]->ChildAt(0)); }
-    CStave& Stave(std::size_t row) const
-    {
-        return static_cast<CStave&>(*static_cast<CStaveGroup&>(*Area().ChildAt(row)).ChildAt(0));
-    }
-    CBarEx& Bar(std::size_t row, std::size_t column) const
-    {
-        return static_cast<CBarEx&>(*Stave(row).ChildAt(column));
-    }
+    CStaveArea& Area() const { return *testing::MusicAreas(*Doc).front(); }
+    CStave& Stave(std::size_t row) const { return testing::StaveOf(Area(), row); }
+    CBarEx& Bar(std::size_t row, std::size_t column) const { return testing::BarOf(Area(), row, column); }
 
     std::unique_ptr<CCorrievalDoc> Doc;
     testing::RecordingView View;
@@ -53,11 +44,9 @@ class Ties : public Tune {
 protected:
     Ties() : Tune({.Groups = 2, .Parts = 1, .Columns = 2, .NotesPerBar = 4, .Title = false})
     {
-        for (std::size_t group = 0; group < 2; ++group) {
-            for (std::size_t column = 0; column < 2; ++column) {
-                for (std::size_t i = 0; i < 4; ++i)
-                    Note(group, column, i)->Pitch = static_cast<NotePitch>(3 + 2 * i);
-            }
+        for (std::size_t bar = 0; bar < 4; ++bar) {
+            for (std::size_t i = 0; i < 4; ++i)
+                Note(bar / 2, bar % 2, i)->Pitch = static_cast<NotePitch>(3 + 2 * i);
         }
     }
     // The i-th note of the bar; the fixture keeps a bar's notes in order from the left.
@@ -69,7 +58,7 @@ protected:
     testing::RecordingMessages Messages;
 };
 
-TEST_F(Ties, TwoNotesOfOnePitchTieAndThreeOfAnyPitchMakeATriplet)
+TEST_F(Ties, TwoNotesOfOnePitchTieThreeOfAnyPitchMakeATripletAndATiedNoteOnlyUnties)
 {
     CNoteEx* a = Note(0, 0, 0);
     CNoteEx* b = Note(0, 1, 0); // the same pitch, over the bar line
@@ -84,12 +73,21 @@ TEST_F(Ties, TwoNotesOfOnePitchTieAndThreeOfAnyPitchMakeATriplet)
 
     EXPECT_TRUE(ToggleTie({Note(1, 0, 0), Note(1, 0, 1), Note(1, 0, 2)}, *Doc));
     ASSERT_EQ(Doc->Ties.size(), 2u);
-    EXPECT_EQ(Doc->Ties[1]->Id, 2);
     EXPECT_EQ(Doc->Ties[1]->TieValue, 3);
     EXPECT_TRUE(Messages.Texts.isEmpty());
 
+    // With a tied note in the selection the command frees that whole tie and ties nothing, even
+    // when the other note could be tied to it.
+    CNoteEx* free = Note(1, 1, 0);
+    Doc->SetModifiedFlag(false);
+    EXPECT_TRUE(ToggleTie({b, free}, *Doc));
+    ASSERT_EQ(Doc->Ties.size(), 1u);
+    EXPECT_EQ(Doc->Ties[0]->Id, 2); // the triplet, numbered after the pair
+    EXPECT_EQ(a->Tie, nullptr);
+    EXPECT_EQ(free->Tie, nullptr);
+    EXPECT_TRUE(Doc->IsModified());
+
     // Ids are never handed out twice, or two ties would merge when the file is read back.
-    ToggleTie({a}, *Doc);
     ToggleTie({Note(0, 0, 1), Note(0, 1, 1)}, *Doc);
     EXPECT_EQ(Doc->Ties.back()->Id, 3);
 }
@@ -108,9 +106,7 @@ TEST_F(Ties, ABeamedGroupOfThreeBecomesATripletWholeAndAGroupTiesByItsLastNote)
     ToggleTie({group}, *Doc); // untie again
 
     // The group ends on pitch 7; a note of pitch 7 in the next bar ties to it.
-    CNoteEx* seven = Note(0, 1, 2);
-    ASSERT_EQ(seven->Pitch, 7);
-    EXPECT_TRUE(ToggleTie({seven, group}, *Doc));
+    EXPECT_TRUE(ToggleTie({Note(0, 1, 2), group}, *Doc));
     EXPECT_EQ(Doc->Ties[0]->Notes.size(), 4u);
     EXPECT_EQ(Doc->Ties[0]->TieValue, 3);
     EXPECT_TRUE(Messages.Texts.isEmpty());
@@ -131,10 +127,8 @@ TEST_F(Ties, OtherSelectionsAreRefusedWithTheWarningAndChangeNothing)
         EXPECT_FALSE(ToggleTie(selection, *Doc));
     EXPECT_TRUE(Doc->Ties.empty());
     EXPECT_FALSE(Doc->IsModified());
-    EXPECT_EQ(
-        Messages.Texts,
-        QStringList(QList<QString>(
-            refused.size(), "You can only tie 2 notes of the same pitch, or any 3 notes as a triple.")));
+    const QString warning = "You can only tie 2 notes of the same pitch, or any 3 notes as a triple.";
+    EXPECT_EQ(Messages.Texts, QStringList(QList<QString>(refused.size(), warning)));
     EXPECT_EQ(Messages.LastKind, MessageKind::Warning);
 
     // Three are accepted whatever they are, but a lone gracenote stays out of the tie.
@@ -142,20 +136,6 @@ TEST_F(Ties, OtherSelectionsAreRefusedWithTheWarningAndChangeNothing)
     ASSERT_EQ(Doc->Ties.size(), 1u);
     EXPECT_EQ(Doc->Ties[0]->Notes, (std::vector<CNoteEx*>{Note(0, 0, 1), Note(1, 0, 1)}));
     EXPECT_EQ(grace->Tie, nullptr);
-}
-
-TEST_F(Ties, ToggleWithATiedNoteOnlyUntiesAndFreesTheWholeTie)
-{
-    CNoteEx* a = Note(0, 0, 0);
-    CNoteEx* b = Note(0, 1, 0);
-    ToggleTie({a, b}, *Doc);
-    CNoteEx* free = Note(1, 0, 0); // of the same pitch: the two could be tied
-    Doc->SetModifiedFlag(false);
-    EXPECT_TRUE(ToggleTie({b, free}, *Doc));
-    EXPECT_TRUE(Doc->Ties.empty());
-    EXPECT_EQ(a->Tie, nullptr);
-    EXPECT_EQ(free->Tie, nullptr);
-    EXPECT_TRUE(Doc->IsModified());
 }
 
 TEST_F(Ties, ATieThatLosesItsLastNoteLeavesTheDocument)
@@ -239,28 +219,21 @@ TEST_F(Ties, ATieOverTwoStavesBreaksAtTheNextPaint)
 // The notes of a one-part area in written order, as the tune sequence will offer them.
 class AreaNotes : public WrittenNotes {
 public:
-    explicit AreaNotes(const CStaveArea& area)
-    {
-        for (const auto& group : area.Children()) {
-            const auto& stave =
-                static_cast<const CStave&>(*static_cast<const CStaveGroup&>(*group).ChildAt(0));
-            for (const auto& bar : stave.Children()) {
-                for (const auto& item : static_cast<const CBarEx&>(*bar).Children())
-                    m_notes.push_back(
-                        {static_cast<CNoteEx*>(item.get()), static_cast<const CBarEx*>(bar.get())});
-            }
-        }
-    }
+    explicit AreaNotes(const CStaveArea& area) : m_area(area) {}
     void VisitPart(int part, const std::function<bool(const PlayedNote&)>& visit) const override
     {
-        for (const PlayedNote& note : m_notes) {
-            if (part != 0 || !visit(note))
-                return;
+        for (std::size_t row = 0; part == 0 && row < m_area.ChildCount(); ++row) {
+            for (const auto& bar : testing::StaveOf(m_area, row).Children()) {
+                for (const auto& item : static_cast<const CBarEx&>(*bar).Children()) {
+                    if (!visit({static_cast<CNoteEx*>(item.get()), static_cast<const CBarEx*>(bar.get())}))
+                        return;
+                }
+            }
         }
     }
 
 private:
-    std::vector<PlayedNote> m_notes;
+    const CStaveArea& m_area;
 };
 
 // Three systems of one stave, four empty bars each.
@@ -278,19 +251,10 @@ protected:
                              std::int32_t end, float endAt)
     {
         auto marker = std::make_unique<CRepeatTiming>();
-        marker->StartStave = start;
-        marker->StartPosition = startAt;
-        marker->MiddleStave = middle;
-        marker->MiddlePosition = middleAt;
-        marker->EndStave = end;
-        marker->EndPosition = endAt;
+        std::tie(marker->StartStave, marker->StartPosition, marker->MiddleStave, marker->MiddlePosition,
+                 marker->EndStave, marker->EndPosition) =
+            std::tuple(start, startAt, middle, middleAt, end, endAt);
         return *Area().AddRepeatMarker(std::move(marker));
-    }
-    CRepeatTiming& Drawn(CRepeatTiming& marker)
-    {
-        Painter.Clear();
-        marker.Draw(Painter, OutputMode::Screen);
-        return marker;
     }
     // A note whose left edge stands at a fraction of the row, in the bar there: the four bars
     // share the row evenly.
@@ -301,17 +265,14 @@ protected:
         note->SetBounds(X(row, fraction), bar.Bounds().Y, 0.1f, bar.Bounds().Height);
         return static_cast<CNoteEx*>(bar.AppendNote(std::move(note)));
     }
-
-    testing::RecordingPainter Painter;
 };
 
 TEST_F(RepeatMarkers, AMarkerFromABarBracketsThatBarAndTheNext)
 {
     CRepeatTiming marker(&Area(), Bar(1, 1), false, 0, 0);
-    const RectF row = Row(1);
-    EXPECT_FLOAT_EQ(marker.StartPosition, (Bar(1, 1).ContentBox().X - row.X) / row.Width);
-    EXPECT_FLOAT_EQ(marker.MiddlePosition, (Bar(1, 2).ContentBox().X - row.X) / row.Width);
-    EXPECT_FLOAT_EQ(marker.EndPosition, (Bar(1, 2).ContentBox().Right() - row.X) / row.Width);
+    EXPECT_FLOAT_EQ(X(1, marker.StartPosition), Bar(1, 1).ContentBox().X);
+    EXPECT_FLOAT_EQ(X(1, marker.MiddlePosition), Bar(1, 2).ContentBox().X);
+    EXPECT_FLOAT_EQ(X(1, marker.EndPosition), Bar(1, 2).ContentBox().Right());
     EXPECT_EQ((std::vector{marker.StartStave, marker.MiddleStave, marker.EndStave}), (std::vector{1, 1, 1}));
     EXPECT_EQ(CRepeatTiming(&Area(), Bar(2, 0), false, 1, 0).StartStave, 1); // counted from an offset
 
@@ -320,7 +281,9 @@ TEST_F(RepeatMarkers, AMarkerFromABarBracketsThatBarAndTheNext)
     CRepeatTiming& last =
         *Area().AddRepeatMarker(std::make_unique<CRepeatTiming>(&Area(), Bar(0, 3), false, 0, 0));
     EXPECT_EQ((std::vector{last.StartStave, last.MiddleStave, last.EndStave}), (std::vector{0, 1, 1}));
-    const QPainterPath& line = Drawn(last).LinePath;
+    testing::RecordingPainter painter;
+    last.Draw(painter, OutputMode::Screen);
+    const QPainterPath& line = last.LinePath;
     ASSERT_EQ(line.elementCount(), 4);
     EXPECT_TRUE(line.elementAt(2).isMoveTo());
     EXPECT_NEAR(line.elementAt(1).x, Row(0).Right(), 1e-5);
@@ -331,8 +294,9 @@ TEST_F(RepeatMarkers, AMarkerFromABarBracketsThatBarAndTheNext)
 
     // A marker whose system is gone draws nothing and is no longer found.
     last.EndStave = 3;
-    Drawn(last);
-    EXPECT_TRUE(Painter.Calls.empty());
+    painter.Clear();
+    last.Draw(painter, OutputMode::Screen);
+    EXPECT_TRUE(painter.Calls.empty());
     EXPECT_EQ(Area().RepeatMarkerAt(Row(0).Right() - 0.01f, LegTop(0)), nullptr);
 
     // A marker for whole lines takes the next line, or the one after from a point within the line.

@@ -23,40 +23,35 @@ struct Sound {
     bool operator==(const Sound&) const = default;
 };
 using Sounds = std::vector<Sound>;
-using Notes = std::vector<const CNoteEx*>;
 
 std::ostream& operator<<(std::ostream& out, const Sound& s)
 {
     return out << "{" << s.Start << ", " << s.Length << ", note " << static_cast<const void*>(s.Note) << "}";
 }
 
-Sounds Played(const CTuneSequence& sequence, int part = 0)
+// The first part's play list.
+Sounds Played(const CTuneSequence& sequence)
 {
     Sounds sounds;
-    for (const CNoteSample* record : sequence.PlayList(part))
+    for (const CNoteSample* record : sequence.PlayList(0))
         sounds.push_back({record->Start, record->Length, record->Note});
     return sounds;
 }
 
-// The notes that sound in the first part, in order, without their times.
-Notes Order(const CTuneSequence& sequence)
-{
-    Notes notes;
-    for (const CNoteSample* record : sequence.PlayList(0))
-        notes.push_back(record->Note);
-    return notes;
-}
-
-TEST(SequenceNotes, GivenCrotchetsWhenBuiltThenTheyFollowOneAnotherWithTheirRecordings)
+TEST(SequenceNotes, GivenNotesWhenBuiltThenTheyFollowOneAnotherWithTheirLengthsAndRecordings)
 {
     PlayTune tune;
-    CNoteEx& lowG = tune.Add(0, 4, 11);
-    CNoteEx& highA = tune.Add(0, 4, 3);
-    CNoteEx& d = tune.Add(0, 4, 7);
+    CNoteEx& dotted = tune.Add(0, 4, 11);
+    dotted.DotCut = CNoteEx::Dotted;
+    CNoteEx& cut = tune.Add(0, 4, 3);
+    cut.DotCut = CNoteEx::Cut;
+    CNoteEx& heavy = tune.Add(0, 4, 7);
+    heavy.Weight = 1.4f;
 
     const CTuneSequence& sequence = tune.Build();
 
-    EXPECT_EQ(Played(sequence), (Sounds{{0, 480, &lowG}, {480, 480, &highA}, {960, 480, &d}}));
+    // 1.4 as a float is a little under 1.4, so the truncated length is 671, not 672.
+    EXPECT_EQ(Played(sequence), (Sounds{{0, 720, &dotted}, {720, 240, &cut}, {960, 671, &heavy}}));
     const CNoteSampleArray& play = sequence.PlayList(0);
     EXPECT_EQ(play[0]->SampleData, SampleBank::Slot(0)); // Low G, the first recording
     EXPECT_EQ(play[1]->SampleData, SampleBank::Slot(8)); // High A, the ninth
@@ -65,59 +60,37 @@ TEST(SequenceNotes, GivenCrotchetsWhenBuiltThenTheyFollowOneAnotherWithTheirReco
     EXPECT_EQ(sequence.WrittenList(0)[0]->Bar, &tune.Bar(0));
 
     // A pitch outside the scale, from a damaged file, keeps its time and plays silence.
-    d.Pitch = 12;
+    heavy.Pitch = 12;
     EXPECT_EQ(tune.Build().PlayList(0).back()->SampleData, nullptr);
 }
 
-TEST(SequenceTime, GivenSignaturesWhenBuiltThenNoteLengthsAndTheRateFollowThem)
+TEST(SequenceTime, GivenSignaturesAndAChangeWhenBuiltThenNoteLengthsAndTheRateFollowThem)
 {
     // A crotchet is its share of a 1920-tick bar: 960 in 2/4, 640 in 3/4; gracenotes are the same
-    // share of any bar: 20 ticks in 6/8, 80 in 3/2.
-    for (const auto& [sigType, duration, length] :
-         {std::tuple{6, 4, 960u}, {7, 4, 640u}, {8, 4, 480u}, {12, 64, 20u}, {4, 64, 80u}}) {
+    // share of any bar: 20 ticks in 6/8, 80 in 3/2. The rate at a tempo has no beats in it: 6/8
+    // counts half the ticks of 4/4 or common time, 3/2 twice.
+    const std::tuple<int, int, std::uint32_t, double> signatures[] = {{6, 4, 960, 592},  {7, 4, 640, 592},
+                                                                      {8, 4, 480, 592},  {1, 4, 480, 592},
+                                                                      {12, 64, 20, 296}, {4, 64, 80, 1184}};
+    for (const auto& [sigType, duration, length, rate] : signatures) {
         PlayTune tune(1, 1, 1, sigType);
         tune.Add(0, duration);
-        EXPECT_EQ(tune.Build().PlayList(0).front()->Length, length) << "signature " << sigType;
-    }
-    // The rate at a tempo has no beats in it: 6/8 counts half the ticks of 4/4, 2/2 twice.
-    for (const auto& [sigType, rate74, rate120] :
-         {std::tuple{8, 592.0, 960.0}, {1, 592.0, 960.0}, {12, 296.0, 480.0}, {3, 1184.0, 1920.0}}) {
-        PlayTune tune(1, 1, 1, sigType);
-        tune.Add(0, 4);
         const CTuneSequence& sequence = tune.Build();
-        EXPECT_EQ(sequence.TicksPerSecond(74), rate74) << "signature " << sigType;
-        EXPECT_EQ(sequence.TicksPerSecond(120), rate120) << "signature " << sigType;
+        EXPECT_EQ(sequence.PlayList(0).front()->Length, length) << "signature " << sigType;
+        EXPECT_EQ(sequence.TicksPerSecond(74), rate) << "signature " << sigType;
     }
-}
 
-TEST(SequenceTime, GivenAChangeOfSignatureWhenBuiltThenItHoldsIntoTheNextSystemAndSetsTheRate)
-{
+    // A change to 6/8 from the second bar holds into the next system, where a crotchet is
+    // (4 / 6) x 480, and the rate is that of the signature the walk ended on.
     PlayTune tune(2, 1, 2);
     CNoteEx& first = tune.Add(0, 4);
-    tune.Config(1).TimeSig.SetType(12); // 6/8 from the second bar
+    tune.Config(1).TimeSig.SetType(12);
     CNoteEx& second = tune.Add(1, 4);
     CNoteEx& third = tune.Add(tune.Bar(0, 0, 1), 4);
-
     const CTuneSequence& sequence = tune.Build();
-
-    // (4 / 6) x 480 for a crotchet of 6/8, and the rate of the signature the walk ended on.
     EXPECT_EQ(Played(sequence), (Sounds{{0, 480, &first}, {480, 320, &second}, {800, 320, &third}}));
     EXPECT_EQ(sequence.CurrentTimeSig(), &tune.Config(1).TimeSig);
     EXPECT_EQ(sequence.TicksPerSecond(74), 296);
-}
-
-TEST(SequenceDuration, GivenDotsCutsAndWeightsWhenBuiltThenLengthsFollowThem)
-{
-    PlayTune tune;
-    CNoteEx& dotted = tune.Add(0, 4);
-    dotted.DotCut = CNoteEx::Dotted;
-    CNoteEx& cut = tune.Add(0, 4);
-    cut.DotCut = CNoteEx::Cut;
-    CNoteEx& heavy = tune.Add(0, 4);
-    heavy.Weight = 1.4f;
-
-    // 1.4 as a float is a little under 1.4, so the truncated length is 671, not 672.
-    EXPECT_EQ(Played(tune.Build()), (Sounds{{0, 720, &dotted}, {720, 240, &cut}, {960, 671, &heavy}}));
 }
 
 TEST(SequenceGracenotes, GivenGracenotesBeforeANoteWhenBuiltThenTheyTakeTheirTimeFromIt)
@@ -190,7 +163,7 @@ TEST(SequenceTies, GivenATieOverABarLineWhenBuiltThenOneRecordCarriesBothLengths
     EXPECT_EQ(total, 1920u + 960u);
 }
 
-TEST(SequenceTies, GivenATieInsideOneBarWhenBuiltThenItIsWrittenWithTheFirstOrLastNote)
+TEST(SequenceTies, GivenATieInsideOneBarWhenBuiltThenItIsWrittenWithTheFirstOrLastNoteOrAsATriplet)
 {
     // A pair followed by a plain note is credited to the first of the pair.
     PlayTune middle;
@@ -207,17 +180,14 @@ TEST(SequenceTies, GivenATieInsideOneBarWhenBuiltThenItIsWrittenWithTheFirstOrLa
     CNoteEx& to = end.Add(0, 4);
     end.Tie({&from, &to});
     EXPECT_EQ(Played(end.Build()), (Sounds{{0, 960, &opening}, {960, 960, &to}}));
-}
 
-TEST(SequenceTies, GivenATieOfThreeWhenBuiltThenItIsATripletOfSeparateTruncatedNotes)
-{
-    PlayTune tune(1, 1, 1, 7); // 3/4: a crotchet is 640, two thirds of it 426.67
-    CNoteEx& a = tune.Add(0, 4);
-    CNoteEx& b = tune.Add(0, 4);
-    CNoteEx& c = tune.Add(0, 4);
-    tune.Tie({&a, &b, &c});
-
-    EXPECT_EQ(Played(tune.Build()), (Sounds{{0, 426, &a}, {426, 426, &b}, {852, 426, &c}}));
+    // A tie of three is a triplet of separate notes, truncated: in 3/4 two thirds of 640 is 426.67.
+    PlayTune three(1, 1, 1, 7);
+    CNoteEx& a = three.Add(0, 4);
+    CNoteEx& b = three.Add(0, 4);
+    CNoteEx& c = three.Add(0, 4);
+    three.Tie({&a, &b, &c});
+    EXPECT_EQ(Played(three.Build()), (Sounds{{0, 426, &a}, {426, 426, &b}, {852, 426, &c}}));
 }
 
 // Four bars of one crotchet each, with the repeat lines and repeat kinds of each case; the bars
@@ -244,7 +214,7 @@ TEST(SequenceRepeats, GivenRepeatLinesAndTimeBarsWhenBuiltThenEachPassPlaysItsBa
     };
     for (const Case& c : cases) {
         PlayTune tune(1, 1, 4);
-        Notes bars;
+        std::vector<const CNoteEx*> bars;
         for (int column = 0; column < 4; ++column) {
             CNoteEx& note = tune.Add(column, 4);
             note.RepeatKind = c.Kinds[static_cast<std::size_t>(column)];
@@ -254,16 +224,11 @@ TEST(SequenceRepeats, GivenRepeatLinesAndTimeBarsWhenBuiltThenEachPassPlaysItsBa
             tune.Config(column).StartRepeat = true;
         if (c.End >= 0)
             tune.Config(c.End).EndRepeat = true;
-        Notes expected;
-        for (const std::size_t bar : c.Order)
-            expected.push_back(bars[bar]);
-        EXPECT_EQ(Order(tune.Build()), expected) << c.What;
         // Each pass follows on from the last without a gap.
-        std::uint32_t start = 0;
-        for (const CNoteSample* record : tune.Sequence().PlayList(0)) {
-            EXPECT_EQ(record->Start, start) << c.What;
-            start += record->Length;
-        }
+        Sounds expected;
+        for (std::uint32_t i = 0; i < c.Order.size(); ++i)
+            expected.push_back({480 * i, 480, bars[c.Order[i]]});
+        EXPECT_EQ(Played(tune.Build()), expected) << c.What;
     }
 }
 

@@ -141,9 +141,7 @@ private:
 Words ReadWords(const QString& path, qint64 skip = 0)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray bytes = file.readAll().mid(skip);
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll().mid(skip) : QByteArray();
     Words words(static_cast<std::size_t>(bytes.size()) / 2);
     std::memcpy(words.data(), bytes.constData(), words.size() * 2);
     return words;

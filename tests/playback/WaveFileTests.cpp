@@ -98,17 +98,10 @@ protected:
         return {data, {}};
     }
 
-    QString Refusal(const QByteArray& bytes)
-    {
-        const auto [data, problem] = Read(bytes);
-        EXPECT_FALSE(problem.isEmpty()) << "read " << data.size() << " bytes";
-        return problem;
-    }
-
     QTemporaryDir m_folder;
 };
 
-TEST_F(WaveFileTest, WritesTheExportHeaderWithAPadByteAndReadsItBack)
+TEST_F(WaveFileTest, WritesTheHeaderByteForByteAndExportsTheTuneInWholeBlocks)
 {
     const QByteArray sound = Sound(9);
     CWaveFile writer;
@@ -125,10 +118,7 @@ TEST_F(WaveFileTest, WritesTheExportHeaderWithAPadByteAndReadsItBack)
     const QByteArray expected = ExportHeader(9) + sound + '\0';
     EXPECT_EQ(Contents(QStringLiteral("out.wav")).toHex(), expected.toHex());
     EXPECT_EQ(Read(expected), std::pair(sound, QString()));
-}
 
-TEST_F(WaveFileTest, ExportWritesTheTuneInWholeBlocksUnderAStereoHeader)
-{
     testing::TuneInMemory tune(2);
     // Mono recordings make a file that plays at twice the speed; the header is still stereo.
     tune.Mixer.SetInstrument({.Loaded = true, .Channels = 1, .Problem = {}});
@@ -151,7 +141,7 @@ TEST_F(WaveFileTest, ExportWritesTheTuneInWholeBlocksUnderAStereoHeader)
     EXPECT_FALSE(problem.isEmpty());
 }
 
-TEST_F(WaveFileTest, FindsItsChunksAmongOthersOfAnySizeAndOrderAndReadsNoFurtherThanTheData)
+TEST_F(WaveFileTest, ReadsItsChunksInAnyOrderAndRefusesDamagedAbsurdAndNonPcmFilesWithTheReason)
 {
     const QByteArray sound = Sound(100);
     // Odd-sized chunks before and between, each with its pad byte; the data before the format.
@@ -166,6 +156,7 @@ TEST_F(WaveFileTest, FindsItsChunksAmongOthersOfAnySizeAndOrderAndReadsNoFurther
               std::pair(sound, QString()));
 
     CWaveFile file;
+    EXPECT_EQ(file.ReadHeader(), PlayFileNotOpen);
     ASSERT_EQ(
         file.Open(Put(Riff(Chunk("fmt ", Format(1)) + Chunk("data", sound) + Chunk("junk", Sound(50))))),
         PlayOk);
@@ -175,10 +166,10 @@ TEST_F(WaveFileTest, FindsItsChunksAmongOthersOfAnySizeAndOrderAndReadsNoFurther
     ASSERT_EQ(file.ReadHeader(), PlayOk);
     ASSERT_EQ(file.ResetToData(), PlayOk);
     EXPECT_EQ(file.Read(nullptr, 10, read), PlayBadArgument);
-    for (const auto& [asked, given] : {std::pair{60u, 60u}, {200u, 40u}}) {
-        ASSERT_EQ(file.Read(buffer, asked, read), PlayOk);
-        EXPECT_EQ(read, given);
-    }
+    // A read past the end of the data gives what is left: here the last 40 bytes.
+    ASSERT_EQ(file.Read(buffer, 60, read), PlayOk);
+    ASSERT_EQ(file.Read(buffer, 200, read), PlayOk);
+    ASSERT_EQ(read, 40u);
     EXPECT_EQ(QByteArray(buffer, 40), sound.mid(60));
     ASSERT_EQ(file.Read(buffer, 200, read), PlayOk);
     EXPECT_EQ(read, 0u);
@@ -186,11 +177,8 @@ TEST_F(WaveFileTest, FindsItsChunksAmongOthersOfAnySizeAndOrderAndReadsNoFurther
     ASSERT_EQ(file.ResetToData(), PlayOk);
     ASSERT_EQ(file.Read(buffer, 200, read), PlayOk);
     EXPECT_EQ(read, 100u);
-}
 
-TEST_F(WaveFileTest, RefusesDamagedAbsurdAndNonPcmFilesWithTheReason)
-{
-    const QByteArray sound = Sound(100);
+    // What it refuses, and why.
     const QByteArray format = Chunk("fmt ", Format(1));
     const QByteArray good = Riff(format + Chunk("data", sound));
     const auto withFormat = [&](const QByteArray& bytes) {
@@ -217,7 +205,7 @@ TEST_F(WaveFileTest, RefusesDamagedAbsurdAndNonPcmFilesWithTheReason)
         {patched(4, 2), "truncated"},
     };
     for (const auto& [bytes, reason] : cases)
-        EXPECT_TRUE(Refusal(bytes).startsWith(reason)) << reason.toStdString();
+        EXPECT_TRUE(Read(bytes).second.startsWith(reason)) << reason.toStdString();
 
     // Every cut of a small file fails cleanly: as it is (the RIFF size then claims more than
     // there is) and with the RIFF size mended to the cut, so that the chunks inside give out.
@@ -225,17 +213,12 @@ TEST_F(WaveFileTest, RefusesDamagedAbsurdAndNonPcmFilesWithTheReason)
         Riff(Chunk("fmt ", Format(0xFFFE) + Extensible(1)) + Chunk("LIST", "abc") + Chunk("data", sound));
     for (qsizetype length = 0; length < whole.size(); ++length) {
         QByteArray cut = whole.left(length);
-        EXPECT_FALSE(Refusal(cut).isEmpty()) << "cut at " << length;
+        EXPECT_FALSE(Read(cut).second.isEmpty()) << "cut at " << length;
         if (length >= 8) {
-            EXPECT_FALSE(Refusal(cut.replace(4, 4, Word32(std::uint32_t(length - 8)))).isEmpty())
+            EXPECT_FALSE(Read(cut.replace(4, 4, Word32(std::uint32_t(length - 8)))).second.isEmpty())
                 << "mended " << length;
         }
     }
-
-    CWaveFile file;
-    EXPECT_EQ(file.Open(Path(QStringLiteral("none.wav"))), PlayFailed);
-    EXPECT_EQ(file.ErrorString(), QStringLiteral("No such file or directory"));
-    EXPECT_EQ(file.ReadHeader(), PlayFileNotOpen);
 }
 
 // The words of instrument file `number`: each tells its file and place, so a slot shows what it
@@ -245,39 +228,7 @@ std::int16_t WordOf(int number, std::size_t index)
     return static_cast<std::int16_t>(number * 1000 + static_cast<int>(index % 997));
 }
 
-class InstrumentLoadTest : public WaveFileTest {
-protected:
-    // Whatever an earlier load left: a mark that a new load must replace.
-    void SetUp() override
-    {
-        for (std::size_t slot = 0; slot < SampleBank::SlotCount; ++slot)
-            std::fill_n(SampleBank::Slot(slot), SampleBank::FilledWords, std::int16_t{-1});
-    }
-
-    void PutSample(int number, std::size_t bytes = SampleBank::FilledBytes, std::uint16_t bits = 16)
-    {
-        QByteArray data(static_cast<qsizetype>(bytes), '\0');
-        for (std::size_t i = 0; i < bytes / 2; ++i)
-            qToLittleEndian(WordOf(number, i), data.data() + 2 * i);
-        QFile file(Folder() + SampleFileName(Instrument::Chanter, number));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(Riff(Chunk("fmt ", Format(1, 2, bits)) + Chunk("data", data)));
-    }
-
-    // Whether slot `slot` holds the first 524,288 bytes of its file (or, `loaded` false, the mark).
-    static bool Holds(std::size_t slot, bool loaded = true)
-    {
-        for (std::size_t i = 0; i < SampleBank::FilledWords; ++i) {
-            if (SampleBank::Slot(slot)[i] != (loaded ? WordOf(static_cast<int>(slot) + 1, i) : -1))
-                return false;
-        }
-        return true;
-    }
-
-    QString Folder() const { return m_folder.path() + QLatin1Char('/'); }
-};
-
-TEST_F(InstrumentLoadTest, LoadsTheNineFilesIntoTheirSlotsOrStopsAtOneItCannotPlayKeepingThoseBefore)
+TEST_F(WaveFileTest, LoadsTheNineInstrumentFilesIntoTheirSlotsOrStopsAtOneItCannotPlayKeepingThoseBefore)
 {
     // The file names that pipers know: the Smallpipes in Bb have no key letter, the others one.
     for (const auto& [instrument, name] : {std::pair{Instrument::Bagpipes, "bp3.wav"},
@@ -286,6 +237,25 @@ TEST_F(InstrumentLoadTest, LoadsTheNineFilesIntoTheirSlotsOrStopsAtOneItCannotPl
                                            {Instrument::SmallpipesD, "spd3.wav"}})
         EXPECT_EQ(SampleFileName(instrument, 3), QLatin1String(name));
 
+    const QString folder = m_folder.path() + QLatin1Char('/');
+    const auto putSample = [&](int number, std::size_t bytes, std::uint16_t bits = 16) {
+        QByteArray data(static_cast<qsizetype>(bytes), '\0');
+        for (std::size_t i = 0; i < bytes / 2; ++i)
+            qToLittleEndian(WordOf(number, i), data.data() + 2 * i);
+        QFile file(folder + SampleFileName(Instrument::Chanter, number));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(Riff(Chunk("fmt ", Format(1, 2, bits)) + Chunk("data", data)));
+    };
+    // Whether slot `slot` holds the first 524,288 bytes of its file or, `loaded` false, the mark
+    // that an earlier load left.
+    const auto holds = [](std::size_t slot, bool loaded) {
+        for (std::size_t i = 0; i < SampleBank::FilledWords; ++i) {
+            if (SampleBank::Slot(slot)[i] != (loaded ? WordOf(static_cast<int>(slot) + 1, i) : -1))
+                return false;
+        }
+        return true;
+    };
+
     enum class Fault { None, Short, Missing, EightBit, Truncated };
     for (const auto& [number, fault, problem] :
          {std::tuple{10, Fault::None, ""},
@@ -293,21 +263,23 @@ TEST_F(InstrumentLoadTest, LoadsTheNineFilesIntoTheirSlotsOrStopsAtOneItCannotPl
           {5, Fault::Missing, "No such file or directory"},
           {5, Fault::EightBit, "the sound has 8-bit samples; the player needs 16-bit"},
           {1, Fault::Truncated, "truncated"}}) {
-        SetUp();
+        // The mark of an earlier load, which a new load must replace.
+        for (std::size_t slot = 0; slot < SampleBank::SlotCount; ++slot)
+            std::fill_n(SampleBank::Slot(slot), SampleBank::FilledWords, std::int16_t{-1});
         // Only the first 524,288 bytes are taken from a longer file.
         for (int file = 1; file <= 9; ++file)
-            PutSample(file, SampleBank::FilledBytes + (file == 7 ? 1000 : 0));
-        const QString path = Folder() + SampleFileName(Instrument::Chanter, number);
+            putSample(file, SampleBank::FilledBytes + (file == 7 ? 1000 : 0));
+        const QString path = folder + SampleFileName(Instrument::Chanter, number);
         if (fault == Fault::Short)
-            PutSample(number, SampleBank::FilledBytes - 2);
+            putSample(number, SampleBank::FilledBytes - 2);
         else if (fault == Fault::Missing)
             QFile::remove(path);
         else if (fault == Fault::EightBit)
-            PutSample(number, SampleBank::FilledBytes, 8);
+            putSample(number, SampleBank::FilledBytes, 8);
         else if (fault == Fault::Truncated)
             QFile::resize(path, 1000);
 
-        const InstrumentLoad load = LoadInstrument(Instrument::Chanter, Folder());
+        const InstrumentLoad load = LoadInstrument(Instrument::Chanter, folder);
 
         EXPECT_EQ(load.Loaded, fault == Fault::None) << load.Problem.toStdString();
         if (fault != Fault::None) {
@@ -315,10 +287,10 @@ TEST_F(InstrumentLoadTest, LoadsTheNineFilesIntoTheirSlotsOrStopsAtOneItCannotPl
                 << load.Problem.toStdString();
         }
         for (std::size_t slot = 0; slot < SampleBank::SlotCount; ++slot)
-            EXPECT_TRUE(Holds(slot, static_cast<int>(slot) + 1 < number))
+            EXPECT_TRUE(holds(slot, static_cast<int>(slot) + 1 < number))
                 << "file " << number << ", slot " << slot;
     }
-    EXPECT_FALSE(LoadInstrument(Instrument::Bagpipes, Folder()).Loaded) << "another instrument's files";
+    EXPECT_FALSE(LoadInstrument(Instrument::Bagpipes, folder).Loaded) << "another instrument's files";
 }
 
 } // namespace
