@@ -5,7 +5,6 @@
 #include "platform/PageExport.h"
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -52,11 +51,7 @@ class PageExport : public ::testing::Test {
 protected:
     QString Path(const QString& name) const { return m_dir.filePath(name); }
     QStringList Files() const { return QDir(m_dir.path()).entryList(QDir::Files | QDir::NoDotAndDotDot); }
-    static QString Text(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
+    static QString Text(const QString& path) { return QString::fromUtf8(ReadFileBytes(path)); }
 
 private:
     QTemporaryDir m_dir;
