@@ -1,0 +1,42 @@
+#pragma once
+
+#include "editor/CommandTarget.h"
+#include "model/ActiveView.h"
+
+#include <QAbstractScrollArea>
+
+namespace corrieval {
+
+class CCorrievalDoc;
+class ViewHost;
+
+// Shows one tune as a column of pages on a grey desk, and is the target of the editing commands.
+class CCorrievalView : public QAbstractScrollArea, public ScoreView, public CommandTarget {
+    Q_OBJECT
+
+public:
+    CCorrievalView(CCorrievalDoc& doc, ViewHost& host, QWidget* parent = nullptr);
+
+    // ScoreView
+    void AddToSelection(CScoObj& object) override;
+    void RemoveFromSelection(CScoObj& object) override;
+    void InvalidateObject(const CScoObj& object) override;
+    void PagesLaidOut() override;
+    void TuneImported(std::int32_t tempo) override;
+    bool EditPageSetup(PageSetup& setup) override;
+    float Zoom() const override { return m_zoom; }
+    CCorrievalDoc* Document() const override { return &m_doc; }
+    bool PrintIdle() const override { return true; }
+    const CPageArea* EnclosingArea() const override { return nullptr; }
+
+    // CommandTarget
+    bool RunCommand(int id) override;
+    bool UpdateCommand(int id, CommandState& state) override;
+
+private:
+    CCorrievalDoc& m_doc;
+    ViewHost& m_host;
+    float m_zoom = 1.0f;
+};
+
+} // namespace corrieval

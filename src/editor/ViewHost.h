@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+namespace corrieval {
+
+class CCorrievalView;
+
+// What a score view needs of the window that holds it: the main frame in the program, a small
+// stand-in in tests. The view never reaches for the frame in any other way.
+class ViewHost {
+public:
+    virtual ~ViewHost() = default;
+
+    // The file that a Glenmarch or BWW import command chose, handed to the next new view to paint;
+    // emptied by this call, so an import runs once.
+    virtual QString TakePendingImport() = 0;
+    // "Load tunes zoomed to page width" is on.
+    virtual bool AutoZoom() const = 0;
+    // The view's zoom changed: the status bar shows it.
+    virtual void ZoomChanged(const CCorrievalView& view, float zoom) = 0;
+    // An import into `view` is in place: the transport shows its tempo and follows its notes.
+    virtual void TuneImported(CCorrievalView& view, int tempo) = 0;
+};
+
+} // namespace corrieval
