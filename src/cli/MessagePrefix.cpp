@@ -18,14 +18,7 @@ MessageAnswer PrefixedMessages::Show(const QString& text, MessageKind kind)
 {
     // Flushed at once, so that a message keeps its place among the tool's own lines.
     QTextStream(stderr) << m_file << ": " << OneLine(text) << Qt::endl;
-    switch (kind) {
-    case MessageKind::OkCancel:
-        return MessageAnswer::Cancel;
-    case MessageKind::YesNo:
-        return MessageAnswer::No;
-    default:
-        return MessageAnswer::Ok;
-    }
+    return CautiousAnswer(kind);
 }
 
 QString PrefixedMessages::OneLine(const QString& text)

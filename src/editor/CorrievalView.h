@@ -5,6 +5,8 @@
 
 #include <QAbstractScrollArea>
 
+#include <vector>
+
 namespace corrieval {
 
 class CCorrievalDoc;
@@ -29,6 +31,12 @@ public:
     bool PrintIdle() const override { return true; }
     const CPageArea* EnclosingArea() const override { return nullptr; }
 
+    void SetZoom(int percent);
+    void FitToWidth();
+    int ZoomPercent() const;
+    void KeepInView(float yInches);
+    const std::vector<CScoObj*>& SelectedItems() const { return m_selected; }
+
     // CommandTarget
     bool RunCommand(int id) override;
     bool UpdateCommand(int id, CommandState& state) override;
@@ -37,6 +45,7 @@ private:
     CCorrievalDoc& m_doc;
     ViewHost& m_host;
     float m_zoom = 1.0f;
+    std::vector<CScoObj*> m_selected;
 };
 
 } // namespace corrieval

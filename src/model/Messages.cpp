@@ -13,8 +13,14 @@ MessageAnswer ShowMessage(const QString& text, MessageKind kind)
     if (g_sink != nullptr)
         return g_sink->Show(text, kind);
     std::fprintf(stderr, "%s\n", qPrintable(text));
+    return CautiousAnswer(kind);
+}
+
+MessageAnswer CautiousAnswer(MessageKind kind)
+{
     switch (kind) {
-    case MessageKind::OkCancel: return MessageAnswer::Cancel;
+    case MessageKind::OkCancel:
+    case MessageKind::YesNoCancel: return MessageAnswer::Cancel;
     case MessageKind::YesNo: return MessageAnswer::No;
     default: return MessageAnswer::Ok;
     }

@@ -1,23 +1,363 @@
 #include "shell/MainFrame.h"
 
+#include "editor/CommandIds.h"
+#include "editor/CorrievalView.h"
+#include "formats/archive/ArchiveError.h"
+#include "formats/score/ScoreFile.h"
+#include "model/ActiveView.h"
+#include "model/CorrievalDoc.h"
+#include "model/Messages.h"
+#include "model/SessionState.h"
+#include "platform/SettingsStore.h"
+#include "playback/AudioDevice.h"
+#include "shell/CommandCatalogue.h"
+#include "shell/CommandTable.h"
+#include "shell/FileFilters.h"
+#include "shell/Transport.h"
+#include "shell/WaitCursor.h"
+
+#include <QAbstractEventDispatcher>
+#include <QAction>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QMdiArea>
 
 namespace corrieval {
 
-CMainFrame::CMainFrame(QWidget* parent) : QMainWindow(parent), m_mdiArea(new QMdiArea(this))
+namespace {
+
+// The imports, told apart by the file's ending as the import commands do.
+bool IsImport(const QString& path)
 {
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == QLatin1String("glm") || suffix == QLatin1String("bww") || suffix == QLatin1String("bmw");
+}
+
+} // namespace
+
+CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, const QString& samplesFolder,
+                       QWidget* parent)
+    : QMainWindow(parent),
+      m_transport(std::make_unique<CTransport>(std::move(devices), samplesFolder, m_highlights)),
+      m_commands(new CommandTable(this)),
+      m_mdiArea(new QMdiArea(this))
+{
+    setWindowTitle(QStringLiteral("Corrieval"));
     m_mdiArea->setViewMode(QMdiArea::TabbedView);
     m_mdiArea->setTabsClosable(true);
     m_mdiArea->setTabsMovable(true);
+    m_mdiArea->setDocumentMode(true);
     setCentralWidget(m_mdiArea);
-    setWindowTitle(QStringLiteral("Corrieval"));
+    connect(m_mdiArea, &QMdiArea::subWindowActivated, this, &CMainFrame::SubWindowActivated);
+
+    DefineCommands(*m_commands);
+    m_commands->SetRoute([this] { return Route(); });
+    addActions(m_commands->Actions().values());
+
+    // The one guarded way from the score to a window.
+    SetActiveViewProvider([this]() -> ScoreView* { return ActiveView(); });
+
+    m_transport->SetBindingProvider([this] {
+        PlayBinding binding;
+        if (CChildFrame* child = ActiveChild()) {
+            binding.Document = &child->Document();
+            binding.Sequence = &child->Sequence();
+            binding.Selection = &child->View().SelectedItems();
+        }
+        return binding;
+    });
+
+    // Commands are brought up to date whenever the program has nothing else to do.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, m_commands,
+            &CommandTable::UpdateAll);
+
+    m_quickStartTimer.setObjectName(QStringLiteral("3773"));
+    m_quickStartTimer.setInterval(500);
+    connect(&m_quickStartTimer, &QTimer::timeout, this, &CMainFrame::OnQuickStartTimer);
+
+    m_transport->ChooseInstrument(0);
 }
 
-CCorrievalView* CMainFrame::NewDocument() { return nullptr; }
-bool CMainFrame::OpenDocument(const QString&) { return false; }
+CMainFrame::~CMainFrame()
+{
+    SetActiveViewProvider({});
+    // Tabs going away below must not reach a frame half taken down.
+    disconnect(m_mdiArea, nullptr, this, nullptr);
+    m_quickStartTimer.stop();
+    // The stream stops before any tune goes, so nothing plays from a freed list.
+    m_transport.reset();
+    // The tunes go before the frame's members they call on.
+    for (CChildFrame* child : Children())
+        delete child;
+}
+
+QList<CChildFrame*> CMainFrame::Children() const
+{
+    QList<CChildFrame*> children;
+    for (QMdiSubWindow* window : m_mdiArea->subWindowList()) {
+        if (auto* child = qobject_cast<CChildFrame*>(window))
+            children << child;
+    }
+    return children;
+}
+
+CChildFrame* CMainFrame::ActiveChild() const { return m_activeChild.data(); }
+
+CCorrievalView* CMainFrame::ActiveView() const
+{
+    CChildFrame* child = ActiveChild();
+    return child != nullptr ? &child->View() : nullptr;
+}
+
+std::vector<CommandTarget*> CMainFrame::Route() const
+{
+    std::vector<CommandTarget*> route;
+    if (CChildFrame* child = ActiveChild()) {
+        route.push_back(&child->View());
+        route.push_back(child);
+    }
+    route.push_back(const_cast<CMainFrame*>(this));
+    route.push_back(m_transport.get());
+    if (m_appCommands != nullptr)
+        route.push_back(m_appCommands);
+    return route;
+}
+
+CChildFrame* CMainFrame::AddChild(std::unique_ptr<CCorrievalDoc> doc)
+{
+    auto* child = new CChildFrame(std::move(doc), *this, *this, [this](CChildFrame& c) { ChildClosing(c); });
+    m_mdiArea->addSubWindow(child);
+    child->showMaximized();
+    m_mdiArea->setActiveSubWindow(child);
+    // setActiveSubWindow does not report a window that was already active, as a first one is.
+    SubWindowActivated(child);
+    return child;
+}
+
+CCorrievalView* CMainFrame::NewDocument()
+{
+    auto doc = std::make_unique<CCorrievalDoc>();
+    // The paper is asked for once the tab is there, so the page set-up has a window to sit on.
+    CChildFrame* child = AddChild(std::move(doc));
+    Session().ImportFileName = m_pendingImport;
+    child->Document().OnNewDocument();
+    Session().ImportFileName.clear();
+    child->Document().SetModifiedFlag(false);
+    child->RefreshTitle();
+    RestartQuickStartTimer();
+    return &child->View();
+}
+
+bool CMainFrame::OpenDocument(const QString& path)
+{
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    for (CChildFrame* child : Children()) {
+        if (QFileInfo(child->Document().PathName()).absoluteFilePath() == absolute &&
+            !child->Document().PathName().isEmpty()) {
+            m_mdiArea->setActiveSubWindow(child);
+            return true;
+        }
+    }
+    if (IsImport(path)) {
+        if (!QFileInfo(path).isReadable()) {
+            ShowMessage(QStringLiteral("Could not open %1:\nthe file cannot be read.").arg(QDir::toNativeSeparators(path)),
+                        MessageKind::Warning);
+            return false;
+        }
+        SetPendingImport(absolute);
+        NewDocument();
+        return true;
+    }
+    std::unique_ptr<CCorrievalDoc> doc;
+    try {
+        doc = LoadScore(absolute);
+    } catch (const FileError& e) {
+        ShowMessage(QStringLiteral("Could not open %1:\n%2").arg(QDir::toNativeSeparators(path), e.Reason()),
+                    MessageKind::Warning);
+        return false;
+    } catch (const ArchiveError& e) {
+        ShowMessage(QStringLiteral("Could not open %1:\nthe file is damaged or is not a Corrieval tune (%2).")
+                        .arg(QDir::toNativeSeparators(path), e.Describe()),
+                    MessageKind::Warning);
+        return false;
+    }
+    doc->SetPathName(absolute);
+    Session().Locked = doc->Locked != 0;
+    AddChild(std::move(doc));
+    RestartQuickStartTimer();
+    return true;
+}
+
 void CMainFrame::SetPendingImport(const QString& path) { m_pendingImport = path; }
+
+QString CMainFrame::TakePendingImport() { return std::exchange(m_pendingImport, QString()); }
+
 void CMainFrame::SetAutoZoom(bool on) { m_autoZoom = on; }
+
 bool CMainFrame::AutoZoom() const { return m_autoZoom; }
-void CMainFrame::RestartQuickStartTimer() {}
+
+void CMainFrame::ZoomChanged(const CCorrievalView& view, float) { Q_UNUSED(view); }
+
+void CMainFrame::TuneImported(CCorrievalView& view, int tempo)
+{
+    m_follower.FollowAllowed = true;
+    if (&view == ActiveView())
+        emit m_transport->TempoShown(tempo);
+}
+
+QString CMainFrame::Folder(const QString& name) const
+{
+    SettingsStore settings(QString::fromLatin1(SettingsKeyPath));
+    QString folder = settings.StringValue(name).value_or(QDir::homePath());
+    if (!folder.endsWith(QLatin1Char('/')))
+        folder += QLatin1Char('/');
+    return folder;
+}
+
+void CMainFrame::Remember(const QString& name, const QString& path)
+{
+    SettingsStore settings(QString::fromLatin1(SettingsKeyPath));
+    settings.WriteString(name, QFileInfo(path).absolutePath() + QLatin1Char('/'));
+    settings.Sync();
+}
+
+void CMainFrame::SubWindowActivated(QMdiSubWindow* window)
+{
+    auto* child = qobject_cast<CChildFrame*>(window);
+    // Losing the focus to a dialog reports no window: the tune stays the active one.
+    if (child == nullptr || child == m_activeChild)
+        return;
+    m_activeChild = child;
+    m_transport->ViewActivated();
+    m_follower.LastFollowY = 0;
+    m_commands->UpdateAll();
+}
+
+void CMainFrame::ChildClosing(CChildFrame& child)
+{
+    m_transport->ViewClosing(&child.Sequence());
+    m_follower.Forget(child.Document());
+    if (m_activeChild == &child)
+        m_activeChild = nullptr;
+}
+
+void CMainFrame::RestartQuickStartTimer()
+{
+    m_quickStartShown = false;
+    m_quickStartTimer.start();
+}
+
+void CMainFrame::OnQuickStartTimer()
+{
+    if (ActiveChild() != nullptr || m_quickStartShown)
+        return;
+    m_quickStartShown = true;
+}
+
+void CMainFrame::customEvent(QEvent* event)
+{
+    if (event->type() == NoteHighlightEvent::Kind) {
+        const auto* highlight = static_cast<NoteHighlightEvent*>(event);
+        CChildFrame* child = ActiveChild();
+        CCorrievalView* view = ActiveView();
+        m_follower.Follow(highlight->Note, highlight->On, child != nullptr ? &child->Document() : nullptr, view,
+                          [view](int y) { view->KeepInView(static_cast<float>(y)); });
+    } else if (event->type() == FollowingStoppedEvent::Kind) {
+        m_transport->FollowingStopped();
+    }
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event)
+{
+    for (CChildFrame* child : Children()) {
+        m_mdiArea->setActiveSubWindow(child);
+        if (!child->close()) {
+            event->ignore();
+            return;
+        }
+    }
+    event->accept();
+}
+
+void CMainFrame::ExportWav()
+{
+    CChildFrame* child = ActiveChild();
+    if (child == nullptr)
+        return;
+    const QString name = QFileInfo(child->Document().Title()).completeBaseName() + QStringLiteral(".wav");
+    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Export WAV"), Folder(QStringLiteral("UserEXP")) + name,
+                                                QtFileFilter(QStringLiteral("Wave files (*.wav)|*.wav||")));
+    if (path.isEmpty())
+        return;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QStringLiteral(".wav");
+    Remember(QStringLiteral("UserEXP"), path);
+    const WaitCursor wait;
+    m_transport->ExportWav(path);
+}
+
+void CMainFrame::ToggleLock()
+{
+    CChildFrame* child = ActiveChild();
+    if (child == nullptr)
+        return;
+    CCorrievalDoc& doc = child->Document();
+    doc.Locked = doc.Locked != 0 ? 0 : 1;
+    Session().Locked = doc.Locked != 0;
+    doc.SetModifiedFlag();
+    child->View().viewport()->update();
+}
+
+bool CMainFrame::RunCommand(int id)
+{
+    switch (id) {
+    case command::ExportWav: ExportWav(); return true;
+    case command::Lock: ToggleLock(); return true;
+    case command::ShowMargins:
+        Session().ShowMargins = !Session().ShowMargins;
+        if (CCorrievalView* view = ActiveView())
+            view->viewport()->update();
+        return true;
+    case command::AutoZoom: m_autoZoom = !m_autoZoom; return true;
+    default: return false;
+    }
+}
+
+bool CMainFrame::UpdateCommand(int id, CommandState& state)
+{
+    CChildFrame* child = ActiveChild();
+    switch (id) {
+    case command::ExportWav:
+        // Enabled as the transport says; run here, where the file dialog has its window.
+        m_transport->UpdateCommand(id, state);
+        return true;
+    case command::Lock:
+        state.enabled = child != nullptr;
+        state.checked = child != nullptr && child->Document().Locked != 0;
+        return true;
+    case command::ShowMargins:
+        state.enabled = true;
+        state.checked = Session().ShowMargins;
+        return true;
+    case command::AutoZoom:
+        state.enabled = true;
+        state.checked = m_autoZoom;
+        return true;
+    // The insert commands answer here, so that they are greyed with no tune open.
+    case command::InsertText:
+    case command::InsertMusic:
+    case command::InsertImage:
+    case command::InsertAbbreviation:
+    case command::NotesGallery:
+    case command::DoublingsGallery:
+    case command::EmbellishmentsGallery:
+    case command::PiobaireachdGallery:
+        state.enabled = false;
+        return true;
+    default: return false;
+    }
+}
 
 } // namespace corrieval

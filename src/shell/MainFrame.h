@@ -1,20 +1,43 @@
 #pragma once
 
-#include <QMainWindow>
+#include "editor/CommandTarget.h"
+#include "editor/ViewHost.h"
+#include "shell/ChildFrame.h"
+#include "shell/NoteFollower.h"
 
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class QLabel;
 class QMdiArea;
+class QMdiSubWindow;
+class QToolButton;
 
 namespace corrieval {
 
+class AudioDevice;
 class CCorrievalView;
+class CommandTable;
+class CTransport;
 
 // The one top-level window: tabbed tunes under the ribbon, the status bar, and what outlives any
-// one tune (the mixer and the sound stream).
-class CMainFrame : public QMainWindow {
+// one tune (the mixer and the sound stream, in the transport).
+//
+// Commands travel the route active view, its tune window, this frame, the transport, the
+// application; the command table updates every command's state whenever the program is idle.
+class CMainFrame : public QMainWindow, public CommandTarget, private ViewHost, private FolderMemory {
     Q_OBJECT
 
 public:
-    explicit CMainFrame(QWidget* parent = nullptr);
+    // `devices` makes the sound output (the sound server's, or a null one for tests);
+    // `samplesFolder` holds the instruments' recordings.
+    CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, const QString& samplesFolder,
+               QWidget* parent = nullptr);
+    ~CMainFrame() override;
 
     // Opens a new untitled tune in a tab of its own and returns its view.
     CCorrievalView* NewDocument();
@@ -26,15 +49,57 @@ public:
 
     // The "Autozoom" and "Margins" settings, read once the frame exists.
     void SetAutoZoom(bool on);
-    bool AutoZoom() const;
+    bool AutoZoom() const override;
 
     // Restarts the check that offers New, Open and the recent files when no tune is open.
     void RestartQuickStartTimer();
 
+    // The application's commands come last on the route.
+    void SetApplicationCommands(CommandTarget* app) { m_appCommands = app; }
+    CommandTable& Commands() { return *m_commands; }
+    CTransport& Transport() { return *m_transport; }
+
+    // The active tune window and its view, or null.
+    CChildFrame* ActiveChild() const;
+    CCorrievalView* ActiveView() const;
+    QList<CChildFrame*> Children() const;
+
+    bool RunCommand(int id) override;
+    bool UpdateCommand(int id, CommandState& state) override;
+
+protected:
+    void customEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
 private:
+    // ViewHost
+    QString TakePendingImport() override;
+    void ZoomChanged(const CCorrievalView& view, float zoom) override;
+    void TuneImported(CCorrievalView& view, int tempo) override;
+    // FolderMemory
+    QString Folder(const QString& name) const override;
+    void Remember(const QString& name, const QString& path) override;
+
+    CChildFrame* AddChild(std::unique_ptr<CCorrievalDoc> doc);
+    void SubWindowActivated(QMdiSubWindow* window);
+    void ChildClosing(CChildFrame& child);
+    void ExportWav();
+    void ToggleLock();
+    void OnQuickStartTimer();
+    std::vector<CommandTarget*> Route() const;
+
+    PostingHighlightListener m_highlights{*this};
+    std::unique_ptr<CTransport> m_transport;
+    CommandTable* m_commands;
     QMdiArea* m_mdiArea;
+    NoteFollower m_follower;
+    CommandTarget* m_appCommands = nullptr;
+    QPointer<CChildFrame> m_activeChild;
+
     QString m_pendingImport;
     bool m_autoZoom = false;
+    QTimer m_quickStartTimer; // timer 3773: offers a way in when no tune is open
+    bool m_quickStartShown = false;
 };
 
 } // namespace corrieval

@@ -1,0 +1,161 @@
+// The main frame: which commands it offers in each state of the program, opening and closing
+// tunes with the save question, and the command route.
+
+#include "ShellTestSupport.h"
+
+#include "editor/CommandIds.h"
+#include "editor/CorrievalView.h"
+#include "formats/score/ScoreFile.h"
+#include "shell/CommandTable.h"
+#include "shell/MainFrame.h"
+#include "shell/Transport.h"
+#include "support/RecordingMessages.h"
+
+#include <QAction>
+#include <QFile>
+#include <QMdiArea>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace corrieval;
+using namespace corrieval::testing;
+
+namespace {
+
+class FrameTest : public ::testing::Test {
+protected:
+    bool Enabled(int id) { return frame.Commands().State(id).enabled; }
+    bool Checked(int id) { return frame.Commands().State(id).checked; }
+
+    // A tune with music saved into the test's folder.
+    QString SavedTune(const QString& name = QStringLiteral("tune.skb"))
+    {
+        const QString path = folder.filePath(name);
+        auto doc = SmallTune();
+        SaveScore(*doc, path);
+        return path;
+    }
+
+    QTemporaryDir folder;
+    CMainFrame frame{NullDevice, SamplesFolder()};
+};
+
+} // namespace
+
+TEST_F(FrameTest, WithNoTuneOpenOnlyTheApplicationsWayInIsOffered)
+{
+    for (int id : {command::FileSave, command::FileSaveAs, command::FileClose, command::InsertPage,
+                   command::InsertMusic, command::NotesGallery, command::Play, command::Stop, command::ExportWav,
+                   command::ExportSkp, command::Lock, command::SelectAll, command::Undo})
+        EXPECT_FALSE(Enabled(id)) << id;
+    EXPECT_TRUE(Enabled(command::ShowMargins));
+    EXPECT_TRUE(Enabled(command::AutoZoom));
+}
+
+TEST_F(FrameTest, ATuneOpensInATabOnceAndOffersItsCommands)
+{
+    const QString path = SavedTune();
+    ASSERT_TRUE(frame.OpenDocument(path));
+    ASSERT_TRUE(frame.OpenDocument(path));
+    EXPECT_EQ(frame.Children().size(), 1) << "a tune already open is brought forward, not opened twice";
+    CChildFrame* child = frame.ActiveChild();
+    ASSERT_NE(child, nullptr);
+    EXPECT_EQ(child->windowTitle(), QStringLiteral("tune.skb[*]"));
+
+    EXPECT_TRUE(Enabled(command::FileSave));
+    EXPECT_TRUE(Enabled(command::ExportSkp));
+    EXPECT_TRUE(Enabled(command::InsertPage));
+    EXPECT_EQ(Enabled(command::Play), SamplesPresent());
+    EXPECT_EQ(Enabled(command::ExportWav), SamplesPresent());
+
+    // A locked tune offers no editing.
+    frame.Commands().Run(command::Lock);
+    EXPECT_TRUE(Checked(command::Lock));
+    EXPECT_FALSE(Enabled(command::InsertPage));
+    EXPECT_TRUE(child->Document().IsModified());
+}
+
+TEST_F(FrameTest, ADamagedOrMissingFileIsRefusedWithItsNameAndOpensNothing)
+{
+    RecordingMessages messages;
+    const QString damaged = folder.filePath(QStringLiteral("damaged.skb"));
+    QFile file(damaged);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("not a tune at all");
+    file.close();
+
+    EXPECT_FALSE(frame.OpenDocument(damaged));
+    EXPECT_FALSE(frame.OpenDocument(folder.filePath(QStringLiteral("missing.skb"))));
+    EXPECT_FALSE(frame.OpenDocument(folder.filePath(QStringLiteral("missing.bww"))));
+    EXPECT_TRUE(frame.Children().isEmpty());
+    ASSERT_EQ(messages.Texts.size(), 3);
+    EXPECT_TRUE(messages.Texts[0].startsWith(QStringLiteral("Could not open ") + damaged));
+    EXPECT_TRUE(messages.Texts[1].contains(QStringLiteral("missing.skb")));
+    EXPECT_TRUE(messages.Texts[2].contains(QStringLiteral("missing.bww")));
+}
+
+TEST_F(FrameTest, ClosingAModifiedTuneAsksAndCancelKeepsIt)
+{
+    RecordingMessages messages;
+    const QString path = SavedTune();
+    ASSERT_TRUE(frame.OpenDocument(path));
+    CChildFrame* child = frame.ActiveChild();
+    child->Document().Tempo = 100;
+    child->Document().SetModifiedFlag();
+
+    messages.Answer = MessageAnswer::Cancel;
+    EXPECT_FALSE(child->close());
+    ASSERT_EQ(messages.Texts, QStringList{QStringLiteral("Save changes to tune.skb?")});
+    EXPECT_EQ(messages.LastKind, MessageKind::YesNoCancel);
+
+    // Yes saves to the tune's own file and closes.
+    messages.Answer = MessageAnswer::Yes;
+    EXPECT_TRUE(child->close());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(frame.Children().isEmpty());
+    EXPECT_EQ(LoadScore(path)->Tempo, 100);
+}
+
+TEST_F(FrameTest, QuittingAsksForEachModifiedTuneAndStopsAtCancel)
+{
+    RecordingMessages messages;
+    ASSERT_TRUE(frame.OpenDocument(SavedTune(QStringLiteral("a.skb"))));
+    ASSERT_TRUE(frame.OpenDocument(SavedTune(QStringLiteral("b.skb"))));
+    for (CChildFrame* child : frame.Children())
+        child->Document().SetModifiedFlag();
+    messages.Answer = MessageAnswer::Cancel;
+    EXPECT_FALSE(frame.close());
+    EXPECT_EQ(frame.Children().size(), 2);
+
+    messages.Answer = MessageAnswer::No;
+    EXPECT_TRUE(frame.close());
+    EXPECT_EQ(messages.Texts.size(), 3);
+}
+
+TEST_F(FrameTest, PlayEndsWhenAnotherTuneBecomesActive)
+{
+    if (!SamplesPresent())
+        GTEST_SKIP() << "needs the instrument recordings";
+    ASSERT_TRUE(frame.OpenDocument(SavedTune(QStringLiteral("a.skb"))));
+    ASSERT_TRUE(frame.OpenDocument(SavedTune(QStringLiteral("b.skb"))));
+    frame.Commands().Run(command::Play);
+    ASSERT_TRUE(frame.Transport().IsPlaying());
+    EXPECT_TRUE(Enabled(command::Stop));
+
+    frame.findChild<QMdiArea*>()->activatePreviousSubWindow();
+    EXPECT_FALSE(frame.Transport().IsPlaying());
+    EXPECT_EQ(frame.ActiveChild()->Document().PathName(), folder.filePath(QStringLiteral("a.skb")));
+}
+
+TEST_F(FrameTest, TheTableRunsACommandOnlyWhenItsOwnerEnablesIt)
+{
+    // Save has no owner without a tune: the shortcut does nothing rather than reach a null tune.
+    EXPECT_FALSE(frame.Commands().Run(command::FileSave) && Enabled(command::FileSave));
+    QAction* margins = frame.Commands().Action(command::ShowMargins);
+    const bool before = Checked(command::ShowMargins);
+    margins->trigger();
+    EXPECT_NE(Checked(command::ShowMargins), before);
+    EXPECT_EQ(margins->isChecked(), !before);
+    margins->trigger();
+}
