@@ -13,6 +13,8 @@
 #include "shell/CommandCatalogue.h"
 #include "shell/CommandTable.h"
 #include "shell/FileFilters.h"
+#include "shell/FrameStatusBar.h"
+#include "shell/QuickStartChooser.h"
 #include "shell/Transport.h"
 #include "shell/WaitCursor.h"
 
@@ -23,6 +25,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMdiArea>
+#include <QMenu>
 
 namespace corrieval {
 
@@ -42,7 +45,8 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
     : QMainWindow(parent),
       m_transport(std::make_unique<CTransport>(std::move(devices), samplesFolder, m_highlights)),
       m_commands(new CommandTable(this)),
-      m_mdiArea(new QMdiArea(this))
+      m_mdiArea(new QMdiArea(this)),
+      m_statusBar(new CFrameStatusBar(this))
 {
     setWindowTitle(QStringLiteral("Corrieval"));
     m_mdiArea->setViewMode(QMdiArea::TabbedView);
@@ -51,6 +55,13 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
     m_mdiArea->setDocumentMode(true);
     setCentralWidget(m_mdiArea);
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this, &CMainFrame::SubWindowActivated);
+
+    setStatusBar(m_statusBar);
+    connect(m_statusBar, &CFrameStatusBar::ZoomChosen, this, &CMainFrame::ZoomChosen);
+    connect(m_statusBar, &CFrameStatusBar::LinkActivated, this, [this] { m_commands->Run(command::Link); });
+    connect(m_transport.get(), &CTransport::InstrumentShown, this, [this](int index, const QString& problem) {
+        m_statusBar->ShowInstrument(CTransport::InstrumentNames().value(index), problem);
+    });
 
     DefineCommands(*m_commands);
     m_commands->SetRoute([this] { return Route(); });
@@ -76,6 +87,13 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
     m_quickStartTimer.setObjectName(QStringLiteral("3773"));
     m_quickStartTimer.setInterval(500);
     connect(&m_quickStartTimer, &QTimer::timeout, this, &CMainFrame::OnQuickStartTimer);
+
+    // Space plays or stops while the score has the keyboard; in a text box it stays a space.
+    auto* playOrStop = new QAction(QStringLiteral("Play or stop"), m_mdiArea);
+    playOrStop->setShortcut(Qt::Key_Space);
+    playOrStop->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(playOrStop, &QAction::triggered, this, &CMainFrame::PlayOrStop);
+    m_mdiArea->addAction(playOrStop);
 
     m_transport->ChooseInstrument(0);
 }
@@ -198,7 +216,41 @@ void CMainFrame::SetAutoZoom(bool on) { m_autoZoom = on; }
 
 bool CMainFrame::AutoZoom() const { return m_autoZoom; }
 
-void CMainFrame::ZoomChanged(const CCorrievalView& view, float) { Q_UNUSED(view); }
+void CMainFrame::ZoomChanged(const CCorrievalView& view, float zoom)
+{
+    if (&view == ActiveView())
+        m_statusBar->ShowZoom(static_cast<int>(zoom * 100));
+}
+
+void CMainFrame::ZoomChosen(int percent)
+{
+    CCorrievalView* view = ActiveView();
+    if (view == nullptr)
+        return;
+    if (percent < 0)
+        view->FitToWidth();
+    else
+        view->SetZoom(percent);
+    m_statusBar->ShowZoom(view->ZoomPercent());
+}
+
+void CMainFrame::PlayOrStop()
+{
+    m_commands->Run(m_transport->IsPlaying() ? command::Stop : command::Play);
+}
+
+void CMainFrame::ShowWindowsMenu()
+{
+    QMenu menu(this);
+    for (CChildFrame* child : Children()) {
+        QAction* item = menu.addAction(child->Document().Title(), this, [this, child] { m_mdiArea->setActiveSubWindow(child); });
+        item->setCheckable(true);
+        item->setChecked(child == ActiveChild());
+    }
+    if (menu.isEmpty())
+        return;
+    menu.exec(QCursor::pos());
+}
 
 void CMainFrame::TuneImported(CCorrievalView& view, int tempo)
 {
@@ -231,6 +283,7 @@ void CMainFrame::SubWindowActivated(QMdiSubWindow* window)
         return;
     m_activeChild = child;
     m_transport->ViewActivated();
+    m_statusBar->ShowZoom(child->View().ZoomPercent());
     m_follower.LastFollowY = 0;
     m_commands->UpdateAll();
 }
@@ -251,9 +304,16 @@ void CMainFrame::RestartQuickStartTimer()
 
 void CMainFrame::OnQuickStartTimer()
 {
-    if (ActiveChild() != nullptr || m_quickStartShown)
+    if (ActiveChild() != nullptr || m_quickStartShown || !isVisible())
         return;
     m_quickStartShown = true;
+    auto* chooser = new CQuickStartChooser(m_recentFiles ? m_recentFiles() : QStringList(), this);
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    // A choice brings the offer back once that tune has closed; Close keeps it away.
+    connect(chooser, &CQuickStartChooser::NewChosen, this, [this] { m_commands->Run(command::FileNew); });
+    connect(chooser, &CQuickStartChooser::OpenChosen, this, [this] { m_commands->Run(command::FileOpen); });
+    connect(chooser, &CQuickStartChooser::RecentChosen, this, [this](const QString& path) { OpenDocument(path); });
+    chooser->open();
 }
 
 void CMainFrame::customEvent(QEvent* event)
@@ -321,6 +381,12 @@ bool CMainFrame::RunCommand(int id)
             view->viewport()->update();
         return true;
     case command::AutoZoom: m_autoZoom = !m_autoZoom; return true;
+    case command::StatusBar: m_statusBar->setVisible(!m_statusBar->isVisible()); return true;
+    case command::Windows: ShowWindowsMenu(); return true;
+    case command::Link:
+        if (m_openLink)
+            m_openLink();
+        return true;
     default: return false;
     }
 }
@@ -344,6 +410,16 @@ bool CMainFrame::UpdateCommand(int id, CommandState& state)
     case command::AutoZoom:
         state.enabled = true;
         state.checked = m_autoZoom;
+        return true;
+    case command::StatusBar:
+        state.enabled = true;
+        state.checked = m_statusBar->isVisibleTo(this);
+        return true;
+    case command::Windows:
+        state.enabled = child != nullptr;
+        return true;
+    case command::Link:
+        state.enabled = m_openLink != nullptr;
         return true;
     // The insert commands answer here, so that they are greyed with no tune open.
     case command::InsertText:

@@ -21,6 +21,7 @@ namespace corrieval {
 
 class AudioDevice;
 class CCorrievalView;
+class CFrameStatusBar;
 class CommandTable;
 class CTransport;
 
@@ -56,6 +57,10 @@ public:
 
     // The application's commands come last on the route.
     void SetApplicationCommands(CommandTarget* app) { m_appCommands = app; }
+    // What the quick start offers as recent tunes, newest first.
+    void SetRecentFiles(std::function<QStringList()> recent) { m_recentFiles = std::move(recent); }
+    // Opens what the status bar's link points at.
+    void SetLinkOpener(std::function<void()> open) { m_openLink = std::move(open); }
     CommandTable& Commands() { return *m_commands; }
     CTransport& Transport() { return *m_transport; }
 
@@ -86,14 +91,20 @@ private:
     void ExportWav();
     void ToggleLock();
     void OnQuickStartTimer();
+    void ZoomChosen(int percent);
+    void PlayOrStop();
+    void ShowWindowsMenu();
     std::vector<CommandTarget*> Route() const;
 
     PostingHighlightListener m_highlights{*this};
     std::unique_ptr<CTransport> m_transport;
     CommandTable* m_commands;
     QMdiArea* m_mdiArea;
+    CFrameStatusBar* m_statusBar;
     NoteFollower m_follower;
     CommandTarget* m_appCommands = nullptr;
+    std::function<QStringList()> m_recentFiles;
+    std::function<void()> m_openLink;
     QPointer<CChildFrame> m_activeChild;
 
     QString m_pendingImport;

@@ -8,6 +8,7 @@
 #include "formats/score/ScoreFile.h"
 #include "shell/CommandTable.h"
 #include "shell/MainFrame.h"
+#include "shell/QuickStartChooser.h"
 #include "shell/Transport.h"
 #include "support/RecordingMessages.h"
 
@@ -158,4 +159,22 @@ TEST_F(FrameTest, TheTableRunsACommandOnlyWhenItsOwnerEnablesIt)
     EXPECT_NE(Checked(command::ShowMargins), before);
     EXPECT_EQ(margins->isChecked(), !before);
     margins->trigger();
+}
+
+TEST_F(FrameTest, TheQuickStartComesOnceWhenNoTuneIsOpenAndAgainAfterATuneCloses)
+{
+    const auto choosers = [this] { return frame.findChildren<CQuickStartChooser*>().size(); };
+    frame.show();
+    frame.RestartQuickStartTimer();
+    ASSERT_TRUE(SpinUntil([&] { return choosers() == 1; }, 3000));
+    // Close keeps it away, however long no tune is open.
+    frame.findChild<CQuickStartChooser*>()->reject();
+    SpinUntil([] { return false; }, 1200);
+    EXPECT_EQ(choosers(), 0);
+
+    // A tune made since brings it back once that tune has closed.
+    frame.NewDocument();
+    ASSERT_NE(frame.ActiveChild(), nullptr);
+    frame.ActiveChild()->close();
+    EXPECT_TRUE(SpinUntil([&] { return choosers() == 1; }, 3000));
 }
