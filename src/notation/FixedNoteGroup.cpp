@@ -177,7 +177,7 @@ void CFixedNoteGroup::DrawToolbarImage(Painter& painter, float x, float y, float
             AddLine(thin, x, static_cast<float>(k) * u + y, x + width, static_cast<float>(k) * u + y);
     }
 
-    const float lw = GetPenWidth();
+    const float lw = ToolbarPenWidth(height);
     painter.SetSmoothing(true);
     painter.StrokePath(thin, Pen{kToolbarPenColour, lw});
     painter.StrokePath(beams, Pen{kToolbarPenColour, 3 * lw});

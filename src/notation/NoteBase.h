@@ -38,6 +38,8 @@ public:
     virtual float GetDefaultWidth() const { return Bounds().Height * 0.125f; }
 
     std::uint32_t Colour() const { return Colours[0]; }
+    // The lines of a gallery picture: one pixel of a 32-pixel button, whatever the units.
+    static float ToolbarPenWidth(float boxHeight) { return boxHeight / 32; }
 
 protected:
     // Whether a drawn path lies wholly in the rectangle, edges touching; nothing drawn is nowhere.

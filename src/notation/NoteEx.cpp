@@ -158,7 +158,7 @@ void CNoteEx::DrawToolbarImage(Painter& painter, float x, float y, float width, 
         LedgerPath.lineTo(centre + glyphWidth, middle);
     }
     painter.SetSmoothing(false);
-    painter.StrokePath(LedgerPath, Pen{Colour(), 1.0f});
+    painter.StrokePath(LedgerPath, Pen{Colour(), ToolbarPenWidth(height)});
     painter.SetSmoothing(true);
     painter.FillPath(HeadPath, Brush::Solid(Colour()));
     painter.SetSmoothing(false);
