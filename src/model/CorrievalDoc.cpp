@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace corrieval {
 
@@ -135,6 +136,18 @@ std::int32_t CCorrievalDoc::NextTieId() const
     for (const auto& tie : Ties)
         highest = std::max(highest, tie->Id);
     return highest + 1;
+}
+
+void CCorrievalDoc::SwapContent(CCorrievalDoc& other)
+{
+    std::swap(Locked, other.Locked);
+    std::swap(Ties, other.Ties);
+    std::swap(Pages, other.Pages);
+    std::swap(Version, other.Version);
+    std::swap(PageWidth, other.PageWidth);
+    std::swap(PageHeight, other.PageHeight);
+    std::swap(PrinterSettings, other.PrinterSettings);
+    std::swap(Tempo, other.Tempo);
 }
 
 CTieEx* CCorrievalDoc::TieAt(float x, float y) const

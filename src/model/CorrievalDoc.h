@@ -56,6 +56,11 @@ public:
     // ties, so that a tie made after another was undone does not share its id and merge with it
     // when the file is read back.
     std::int32_t NextTieId() const;
+    // Exchanges everything the score file holds (pages, ties, paper, printer settings, tempo,
+    // lock) with `other`, leaving the name, the modified flag and the zoom to restore. Objects
+    // keep their addresses, so undo can put an earlier state back into the document that the
+    // views point at.
+    void SwapContent(CCorrievalDoc& other);
 
     // A template (".skt") opens as a new untitled tune, so Save never overwrites it.
     void SetPathName(const QString& path);
