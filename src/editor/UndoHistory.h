@@ -14,8 +14,8 @@ class CCorrievalDoc;
 // Undo and redo for one document, by snapshots: before a change the document is stored as the
 // bytes of its score file, and undoing reads those bytes back into the same document. Whatever
 // the change, an undone tune saves to exactly the bytes it had, and no command needs an inverse
-// of its own. A step costs one copy of the file in memory (the state after one step is the state
-// before the next, and the two share their bytes), so the depth is capped.
+// of its own. A step costs one packed copy of the file in memory (the state after one step is the
+// state before the next, and the two share their bytes), and the depth is capped.
 class UndoHistory : public QObject {
     Q_OBJECT
 
@@ -67,6 +67,7 @@ private:
     class Step;
 
     QByteArray Snapshot();
+    QByteArray Packed(const QByteArray& bytes) const;
     void Restore(const QByteArray& bytes);
 
     CCorrievalDoc& m_doc;
@@ -74,7 +75,8 @@ private:
     int m_nesting = 0;
     QString m_label;
     QByteArray m_before;
-    QByteArray m_current; // the bytes of the state the stack stands at, shared with its step
+    QByteArray m_current;       // the state the stack stands at
+    QByteArray m_currentPacked; // the same as its step holds it
 };
 
 } // namespace corrieval
