@@ -239,6 +239,10 @@ bool ScoreClipboard::Paste(CScoObj* target)
             return false;
         }
     }
+    // Another program's clipboard, or a copy of something that does not travel: nothing to do,
+    // and the target is left as it was.
+    if (m_list.Items.empty())
+        return false;
     return PasteList(target);
 }
 
