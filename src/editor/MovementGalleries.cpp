@@ -7,7 +7,6 @@
 
 #include <QPainter>
 #include <QPixmap>
-
 #include <algorithm>
 
 namespace corrieval {
@@ -50,7 +49,8 @@ MovementGalleries::MovementGalleries()
             std::unique_ptr<CNoteBase> prototype = MakePrototype(entry);
             PaletteButton button{entry.Name, {}, EntryCount()};
             for (int size : IconSizes)
-                button.Icon.addPixmap(QPixmap::fromImage(DrawPicture(*prototype, entry.DrawStave != 0, size)));
+                button.Icon.addPixmap(
+                    QPixmap::fromImage(DrawPicture(*prototype, entry.DrawStave != 0, size)));
             gallery.Buttons.push_back(std::move(button));
             m_prototypes.push_back(std::move(prototype));
         }
@@ -121,8 +121,8 @@ QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int 
     picture.fill(Qt::transparent);
     QPainter qp(&picture);
     qp.setRenderHint(QPainter::SmoothPixmapTransform);
-    qp.drawImage(QRectF(kPictureMargin, kPictureMargin, size - 2 * kPictureMargin, size - 2 * kPictureMargin), canvas,
-                 frame);
+    qp.drawImage(QRectF(kPictureMargin, kPictureMargin, size - 2 * kPictureMargin, size - 2 * kPictureMargin),
+                 canvas, frame);
     return picture;
 }
 

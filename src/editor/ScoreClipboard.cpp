@@ -15,7 +15,6 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
-
 #include <algorithm>
 
 namespace corrieval {
@@ -25,13 +24,15 @@ namespace {
 const QString kTiedNotes =
     QStringLiteral("Items will be added to clipboard but a selection containing tied notes will not be cut.");
 const QString kBarNeeded = QStringLiteral("A bar must be selected to paste notes.");
-const QString kPageNeeded = QStringLiteral("A blank area must be selected to paste text, music, and image items etc.");
+const QString kPageNeeded =
+    QStringLiteral("A blank area must be selected to paste text, music, and image items etc.");
 const QString kTooFewBars = QStringLiteral("Some music has not been pasted due to lack of sufficient bars.");
 
 QClipboard* SystemClipboard()
 {
-    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr ? QGuiApplication::clipboard()
-                                                                                   : nullptr;
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr
+               ? QGuiApplication::clipboard()
+               : nullptr;
 }
 
 bool IsCopiedArea(const CScoObj& object)

@@ -3,7 +3,6 @@
 #include "editor/ClipboardStream.h"
 
 #include <QByteArray>
-
 #include <optional>
 #include <vector>
 

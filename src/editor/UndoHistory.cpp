@@ -36,8 +36,7 @@ private:
     bool m_done = false;
 };
 
-UndoHistory::UndoHistory(CCorrievalDoc& doc, int depth, QObject* parent)
-    : QObject(parent), m_doc(doc)
+UndoHistory::UndoHistory(CCorrievalDoc& doc, int depth, QObject* parent) : QObject(parent), m_doc(doc)
 {
     m_stack.setUndoLimit(depth);
     // A tune that was never saved in this state (an import, a recovered file) stays modified

@@ -1,6 +1,5 @@
-#include "editor/ScoreClipboard.h"
-
 #include "editor/CrossProcessClipboard.h"
+#include "editor/ScoreClipboard.h"
 #include "fixtures/ScoreFixtures.h"
 #include "formats/score/ScoreFile.h"
 #include "model/AbbreviationArea.h"
@@ -20,9 +19,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTimer>
-
 #include <gtest/gtest.h>
-
 #include <iostream>
 
 namespace corrieval {
@@ -41,7 +38,10 @@ std::unique_ptr<CCorrievalDoc> ClipboardTune()
     return fixtures::BuildTune({.Groups = 1, .Parts = 1, .Columns = 4, .NotesPerBar = 2});
 }
 
-CBarEx& Bar(const CCorrievalDoc& doc, std::size_t column) { return BarOf(*MusicAreas(doc).front(), 0, column); }
+CBarEx& Bar(const CCorrievalDoc& doc, std::size_t column)
+{
+    return BarOf(*MusicAreas(doc).front(), 0, column);
+}
 
 std::vector<CScoObj*> NotesOf(std::initializer_list<CBarEx*> bars)
 {
@@ -52,7 +52,10 @@ std::vector<CScoObj*> NotesOf(std::initializer_list<CBarEx*> bars)
     return notes;
 }
 
-std::vector<CNoteEx*> PlainNotes(const CBarEx& bar) { return ChildrenOf<CNoteEx>(bar); }
+std::vector<CNoteEx*> PlainNotes(const CBarEx& bar)
+{
+    return ChildrenOf<CNoteEx>(bar);
+}
 
 } // namespace
 
@@ -163,8 +166,9 @@ TEST(Clipboard, AreasPasteOntoAPageOffsetAndOnlyTheHeadIsCopied)
     clipboard.Copy(NotesOf({&Bar(*doc, 0)}));
     EXPECT_FALSE(clipboard.Paste(&page));
     EXPECT_EQ(messages.Texts,
-              (QStringList{QStringLiteral("A blank area must be selected to paste text, music, and image items etc."),
-                           QStringLiteral("A bar must be selected to paste notes.")}));
+              (QStringList{
+                  QStringLiteral("A blank area must be selected to paste text, music, and image items etc."),
+                  QStringLiteral("A bar must be selected to paste notes.")}));
 }
 
 TEST(Clipboard, WhatCannotBeCopiedLeavesNothingToPaste)
@@ -192,9 +196,10 @@ TEST(Clipboard, WhatCannotBeCopiedLeavesNothingToPaste)
     ASSERT_TRUE(ToggleTie(NotesOf({&Bar(*doc, 1)}), *doc));
     clipboard.Copy(NotesOf({&Bar(*doc, 1)}));
     EXPECT_EQ(clipboard.List().Items.size(), 2u);
-    EXPECT_EQ(messages.Texts,
-              QStringList{QStringLiteral(
-                  "Items will be added to clipboard but a selection containing tied notes will not be cut.")});
+    EXPECT_EQ(
+        messages.Texts,
+        QStringList{QStringLiteral(
+            "Items will be added to clipboard but a selection containing tied notes will not be cut.")});
     EXPECT_EQ(static_cast<const CNoteEx&>(*clipboard.List().Items.front()).Tie, nullptr);
 }
 
@@ -234,7 +239,8 @@ TEST(Clipboard, DamagedBlocksPasteNothingAndSaySo)
         auto target = ClipboardTune();
         ScoreClipboard::WriteSystemClipboard(block);
         const bool pasted = clipboard.Paste(&Bar(*target, 2)) | clipboard.Paste(target->Pages.front().get());
-        if (!messages.Texts.isEmpty() && messages.Texts.front().startsWith("The clipboard holds damaged music")) {
+        if (!messages.Texts.isEmpty() &&
+            messages.Texts.front().startsWith("The clipboard holds damaged music")) {
             ++refused;
             EXPECT_FALSE(pasted);
             EXPECT_EQ(Bar(*target, 2).ChildCount(), 2u);
@@ -251,7 +257,8 @@ TEST(Clipboard, PastesWhatAnotherRunningCopyCopied)
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         GTEST_SKIP() << "the offscreen clipboard ends with its process: run under xvfb-run";
     QProcess other;
-    other.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(testing::ServeClipboardArgument)});
+    other.start(QCoreApplication::applicationFilePath(),
+                {QString::fromLatin1(testing::ServeClipboardArgument)});
     ASSERT_TRUE(other.waitForReadyRead(20000)) << other.errorString().toStdString();
     ASSERT_EQ(other.readLine().trimmed(), "copied");
 

@@ -1,5 +1,4 @@
 #include "editor/MovementGalleries.h"
-
 #include "notation/FixedNoteGroup.h"
 #include "notation/NoteEx.h"
 #include "platform/MovementDefinitions.h"
@@ -7,7 +6,6 @@
 #include "support/TempConfigDir.h"
 
 #include <QImage>
-
 #include <gtest/gtest.h>
 
 namespace corrieval {
@@ -51,7 +49,8 @@ TEST(MovementGalleries, ShowTheShippedDefinitionsInTheirOrderWithAPictureForEach
             EXPECT_EQ(galleries.GalleryOf(entry), static_cast<int>(g));
             for (int size : MovementGalleries::IconSizes)
                 EXPECT_FALSE(button.Icon.pixmap(size).isNull());
-            ExpectInkWithin(MovementGalleries::DrawPicture(*galleries.Prototype(entry), entries[i].DrawStave != 0, 32));
+            ExpectInkWithin(
+                MovementGalleries::DrawPicture(*galleries.Prototype(entry), entries[i].DrawStave != 0, 32));
         }
     }
     EXPECT_EQ(galleries.EntryCount(), entry);

@@ -1,5 +1,4 @@
 #include "editor/UndoHistory.h"
-
 #include "fixtures/ScoreFixtures.h"
 #include "formats/score/ScoreFile.h"
 #include "model/CorrievalDoc.h"
@@ -12,9 +11,8 @@
 #include "support/RecordingMessages.h"
 #include "support/ScoreWalk.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
+#include <gtest/gtest.h>
 
 namespace corrieval {
 namespace {
@@ -22,16 +20,25 @@ namespace {
 using testing::BarOf;
 using testing::MusicAreas;
 
-QByteArray Bytes(CCorrievalDoc& doc) { return StoreScore(doc, QStringLiteral("tune.skb")); }
+QByteArray Bytes(CCorrievalDoc& doc)
+{
+    return StoreScore(doc, QStringLiteral("tune.skb"));
+}
 
-CStaveArea& FirstArea(const CCorrievalDoc& doc) { return *MusicAreas(doc).front(); }
+CStaveArea& FirstArea(const CCorrievalDoc& doc)
+{
+    return *MusicAreas(doc).front();
+}
 
 CNoteEx& NoteAt(const CCorrievalDoc& doc, std::size_t column, std::size_t index)
 {
     return static_cast<CNoteEx&>(*BarOf(FirstArea(doc), 0, column).ChildAt(index));
 }
 
-CStaveGroup& FirstGroup(const CCorrievalDoc& doc) { return static_cast<CStaveGroup&>(*FirstArea(doc).ChildAt(0)); }
+CStaveGroup& FirstGroup(const CCorrievalDoc& doc)
+{
+    return static_cast<CStaveGroup&>(*FirstArea(doc).ChildAt(0));
+}
 
 struct Change {
     const char* Label;
@@ -51,7 +58,8 @@ const std::vector<Change>& Changes()
              bar.AddNoteSorted(std::move(note));
              bar.AutoOrganise();
          }},
-        {"Delete", [](CCorrievalDoc& doc) { BarOf(FirstArea(doc), 0, 1).RemoveChild(&NoteAt(doc, 1, 0), true); }},
+        {"Delete",
+         [](CCorrievalDoc& doc) { BarOf(FirstArea(doc), 0, 1).RemoveChild(&NoteAt(doc, 1, 0), true); }},
         {"Group",
          [](CCorrievalDoc& doc) {
              for (std::size_t i = 0; i < 2; ++i)
@@ -66,9 +74,13 @@ const std::vector<Change>& Changes()
          }},
         {"Insert Bar", [](CCorrievalDoc& doc) { FirstGroup(doc).InsertBarColumn(1); }},
         {"Delete Bar", [](CCorrievalDoc& doc) { FirstGroup(doc).RemoveBarColumn(0, true); }},
-        {"Repeat", [](CCorrievalDoc& doc) { FirstGroup(doc).SetBarLines(1, CStaveGroup::StartRepeatLine, CStaveGroup::EndRepeatLine); }},
+        {"Repeat",
+         [](CCorrievalDoc& doc) {
+             FirstGroup(doc).SetBarLines(1, CStaveGroup::StartRepeatLine, CStaveGroup::EndRepeatLine);
+         }},
         {"Auto Organise", [](CCorrievalDoc& doc) { FirstArea(doc).AutoOrganiseArea(true, true); }},
-        {"Move", [](CCorrievalDoc& doc) {
+        {"Move",
+         [](CCorrievalDoc& doc) {
              CStaveArea& area = FirstArea(doc);
              const RectF b = area.Bounds();
              area.SetBounds(b.X + 0.25f, b.Y + 0.5f, b.Width - 0.5f, b.Height - 1.0f);
@@ -83,7 +95,8 @@ const std::vector<Change>& Changes()
 
 std::unique_ptr<CCorrievalDoc> Tune()
 {
-    return fixtures::BuildTune({.Pages = 2, .Groups = 2, .Parts = 1, .Columns = 4, .NotesPerBar = 2, .Repeats = true});
+    return fixtures::BuildTune(
+        {.Pages = 2, .Groups = 2, .Parts = 1, .Columns = 4, .NotesPerBar = 2, .Repeats = true});
 }
 
 TEST(UndoHistory, EveryKindOfChangeUndoesAndRedoesToTheSameBytes)
@@ -144,7 +157,10 @@ TEST(UndoHistory, KeepsTheModifiedFlagInStepWithTheSavedState)
     auto doc = Tune();
     doc->SetModifiedFlag(false);
     UndoHistory history(*doc);
-    history.Record(QStringLiteral("Tempo"), [&] { doc->Tempo = 60; doc->SetModifiedFlag(); });
+    history.Record(QStringLiteral("Tempo"), [&] {
+        doc->Tempo = 60;
+        doc->SetModifiedFlag();
+    });
     history.Undo();
     EXPECT_FALSE(doc->IsModified());
     history.Redo();

@@ -2,10 +2,8 @@
 #include "notation/MusicFont.h"
 
 #include <QGuiApplication>
-
-#include <gtest/gtest.h>
-
 #include <cstring>
+#include <gtest/gtest.h>
 #include <iostream>
 
 // The clipboard and the gallery pictures need a GUI application; the tests run without a display
