@@ -1,0 +1,294 @@
+#include "shell/CorrievalApp.h"
+
+#include "editor/CommandIds.h"
+#include "editor/CorrievalView.h"
+#include "model/CorrievalDoc.h"
+#include "model/SessionState.h"
+#include "notation/MusicFont.h"
+#include "platform/MovementDefinitions.h"
+#include "shell/AppLog.h"
+#include "shell/AppLook.h"
+#include "shell/FileDropFilter.h"
+#include "shell/MainFrame.h"
+#include "shell/RecentFiles.h"
+#include "shell/ShippedData.h"
+#include "shell/SingleInstance.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QIcon>
+#include <QMessageBox>
+#include <QPageSetupDialog>
+#include <QPrinter>
+
+namespace corrieval {
+
+namespace {
+CCorrievalApp* g_app = nullptr;
+
+// A Glenmarch tune is titled after its file: no folder, nothing from the last full stop on.
+QString ImportTitle(const QString& path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const qsizetype stop = name.lastIndexOf(QLatin1Char('.'));
+    return stop < 0 ? name : name.left(stop);
+}
+
+void WarnIfAny(const QString& problem)
+{
+    if (!problem.isEmpty())
+        ShowMessage(problem, MessageKind::Warning);
+}
+} // namespace
+
+CCorrievalApp::CCorrievalApp() : m_previousSink(SetMessageSink(&m_messages))
+{
+    g_app = this;
+}
+
+CCorrievalApp::~CCorrievalApp()
+{
+    m_frame.reset();
+    SetMessageSink(m_previousSink);
+    g_app = nullptr;
+}
+
+CCorrievalApp* CCorrievalApp::Instance()
+{
+    return g_app;
+}
+
+// The log traces the steps of start-up in their order, and logs are compared across runs and
+// versions. Steps that Qt needs no counterpart for (the manager set-ups, the document template)
+// still write their line where the step stood.
+bool CCorrievalApp::InitInstance(const QStringList& files)
+{
+    // Nothing to set up for common controls, OLE or control containers. The settings key is fixed
+    // (ProductKeyPath); the recent list comes from it.
+    m_recent = std::make_unique<RecentFiles>();
+    m_startDirectory = QDir::currentPath();
+    QStringList paths;
+    for (const QString& file : files)
+        paths << QDir::cleanPath(QDir(m_startDirectory).absoluteFilePath(file));
+
+    // The data folder is made first, so that the first run's log has a place.
+    const QString folderProblem = PrepareDataFolder();
+    AppendLog("Application started.\r\n");
+
+    // A lock file is tested and taken in one step where a semaphore took two; both lines stand.
+    m_instance = std::make_unique<SingleInstance>();
+    if (!m_instance->TryBecomeFirst())
+        return RunSecondInstance(paths);
+    AppendLog("Semaphore not present.\r\n");
+    AppendLog("Semaphore created.\r\n");
+    WarnIfAny(folderProblem);
+
+    ReadRegistrySettings();
+    AppendLog("ReadRegistrySettings.\r\n");
+    WriteRegistrySettings();
+    AppendLog("WriteRegistrySettings.\r\n");
+    // At first run the shipped movement definitions fill the galleries' store.
+    WarnIfAny(InstallMovementDefinitions());
+
+    // Context menus, shortcuts and tooltips need no managers in Qt.
+    AppendLog("InitContextMenuManager.\r\n");
+    AppendLog("InitKeyboardManager.\r\n");
+    AppendLog("InitTooltipManager.\r\n");
+    AppendLog("SetTooltipParams.\r\n");
+    // The frame makes the documents and their views itself; every tune needs the music font.
+    WarnIfAny(LoadMusicFont());
+    AppendLog("CMultiDocTemplate.\r\n");
+    AppendLog("AddDocTemplate.\r\n");
+
+    m_printer = std::make_unique<QPrinter>();
+    ApplyApplicationLook(ReadApplicationLook());
+    m_frame = std::make_unique<CMainFrame>();
+    // Now the frame exists, "Autozoom" and "Margins" are taken as well.
+    ReadRegistrySettings();
+
+    const QIcon icon =
+        QIcon::fromTheme(QStringLiteral("corrieval"), QIcon(QStringLiteral(":/corrieval.svg")));
+    QApplication::setWindowIcon(icon);
+    m_frame->setWindowIcon(icon);
+
+    new FileDropFilter(*m_frame, [this](const QString& path) { OpenFile(path); });
+    connect(m_instance.get(), &SingleInstance::FilesArrived, this, [this](const QStringList& arrived) {
+        for (const QString& path : arrived)
+            OpenFile(path);
+        m_frame->setWindowState(m_frame->windowState() & ~Qt::WindowMinimized);
+        m_frame->raise();
+        m_frame->activateWindow();
+    });
+
+    // A bare start opens nothing; quick start offers what to do.
+    for (const QString& path : paths)
+        if (!OpenFile(path))
+            return false;
+
+    if (const QByteArray geometry = ReadWindowGeometry();
+        !geometry.isEmpty() && m_frame->restoreGeometry(geometry))
+        m_frame->show();
+    else
+        m_frame->showMaximized();
+    m_frame->RestartQuickStartTimer();
+    return true;
+}
+
+bool CCorrievalApp::RunSecondInstance(const QStringList& files)
+{
+    if (files.isEmpty()) {
+        MessageBoxSink(QStringLiteral("Tormaven Software Ltd"))
+            .Show(QStringLiteral("Corrieval is already running on this computer.\n"
+                                 "Click its button in the task bar to activate it."),
+                  MessageKind::Plain);
+    } else if (const QString stage = SingleInstance::HandOver(files); !stage.isEmpty()) {
+        ShowMessage(QStringLiteral("Could not use DDEML on:\r\n") + files.join(QStringLiteral("\r\n")) +
+                        QStringLiteral(" [") + stage + QLatin1Char(']'),
+                    MessageKind::OkCancel);
+    } else {
+        m_refusedStatus = 0;
+    }
+    AppendLog("Application terminated abnormally [SEM].\r\n");
+    return false;
+}
+
+int CCorrievalApp::ExitInstance()
+{
+    if (m_frame) {
+        WriteRegistrySettings();
+        WriteWindowGeometry(m_frame->saveGeometry());
+    }
+    m_frame.reset();
+    m_instance.reset();
+    return 0;
+}
+
+bool CCorrievalApp::OpenFile(const QString& path)
+{
+    if (m_frame->OpenDocument(path)) {
+        m_recent->Add(path);
+        return true;
+    }
+    m_recent->Remove(path);
+    return false;
+}
+
+void CCorrievalApp::ReadRegistrySettings()
+{
+    m_folders = ReadUserFolders();
+    if (m_frame) {
+        const ViewSettings view = ReadViewSettings();
+        m_frame->SetAutoZoom(view.AutoZoom);
+        Session().ShowMargins = view.Margins;
+    }
+}
+
+void CCorrievalApp::WriteRegistrySettings()
+{
+    WriteUserFolders(m_folders);
+    if (m_frame)
+        WriteViewSettings({m_frame->AutoZoom(), Session().ShowMargins});
+}
+
+bool CCorrievalApp::RunCommand(int id)
+{
+    switch (id) {
+    case command::FileNew:
+        OnFileNew();
+        return true;
+    case command::FileOpen:
+        OnFileOpen();
+        return true;
+    case command::ImportGlenmarch:
+    case command::ImportBww:
+        OnImport(id);
+        return true;
+    case command::PrintSetup:
+        OnPrintSetup();
+        return true;
+    case command::About:
+        OnAbout();
+        return true;
+    case command::Help:
+        OpenUserGuide();
+        return true;
+    case command::Exit:
+        m_frame->close();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CCorrievalApp::UpdateCommand(int id, CommandState& state)
+{
+    switch (id) {
+    case command::FileNew:
+    case command::FileOpen:
+    case command::ImportGlenmarch:
+    case command::ImportBww:
+    case command::PrintSetup:
+    case command::About:
+    case command::Help:
+    case command::Exit:
+        state.enabled = true;
+        return true;
+    default:
+        return false;
+    }
+}
+
+void CCorrievalApp::OnFileNew()
+{
+    m_frame->NewDocument();
+    m_frame->RestartQuickStartTimer();
+}
+
+void CCorrievalApp::OnFileOpen()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(m_frame.get(), QString(), m_folders.Skb,
+                                     QStringLiteral("Corrieval files (*.skb);;Corrieval templates (*.skt)"));
+    if (path.isEmpty())
+        return;
+    m_folders.Skb = FolderOf(path);
+    WriteRegistrySettings();
+    OpenFile(path);
+    m_frame->RestartQuickStartTimer();
+}
+
+void CCorrievalApp::OnImport(int id)
+{
+    const bool glenmarch = id == command::ImportGlenmarch;
+    QString& folder = glenmarch ? m_folders.Glm : m_folders.Imp;
+    // The BWW filter's words say "Glenmarch" too, as they always have.
+    const QString filter = glenmarch ? QStringLiteral("Glenmarch files (*.glm)")
+                                     : QStringLiteral("Glenmarch files (*.bmw;*.bww)");
+    const QString path = QFileDialog::getOpenFileName(m_frame.get(), QString(), folder, filter);
+    if (path.isEmpty())
+        return;
+    folder = FolderOf(path);
+    WriteRegistrySettings();
+    m_frame->SetPendingImport(path);
+    CCorrievalView* view = m_frame->NewDocument();
+    if (glenmarch && view != nullptr)
+        view->Document()->SetTitle(ImportTitle(path));
+    m_frame->RestartQuickStartTimer();
+}
+
+void CCorrievalApp::OnPrintSetup()
+{
+    QPageSetupDialog dialog(m_printer.get(), m_frame.get());
+    dialog.exec();
+}
+
+void CCorrievalApp::OnAbout()
+{
+    QMessageBox::about(m_frame.get(), QStringLiteral("About Corrieval"),
+                       QStringLiteral("Corrieval %1\nNotation editor and sampled player for Great Highland "
+                                      "Bagpipe music.\n\nTormaven Software Ltd")
+                           .arg(QCoreApplication::applicationVersion()));
+}
+
+} // namespace corrieval

@@ -1,0 +1,93 @@
+#include "FreshUser.h"
+#include "shell/SingleInstance.h"
+
+#include <QDeadlineTimer>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QThread>
+#include <gtest/gtest.h>
+
+namespace corrieval {
+namespace {
+
+// Starts the desktop program as a user would, its messages printed rather than shown.
+void Start(QProcess& program, const QStringList& arguments, const QString& folder = {})
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("CORRIEVAL_MESSAGES_TO_STDERR"), QStringLiteral("1"));
+    program.setProcessEnvironment(environment);
+    program.setWorkingDirectory(folder);
+    program.start(QStringLiteral(CORRIEVAL_PROGRAM), arguments);
+    ASSERT_TRUE(program.waitForStarted());
+}
+
+bool Listening()
+{
+    QLocalSocket socket;
+    socket.connectToServer(SingleInstance::ServerName());
+    return socket.waitForConnected(100);
+}
+
+TEST(SingleInstance, ABareSecondStartSaysSoAndLeavesTheFirstAlone)
+{
+    testing::FreshUser user;
+    SingleInstance first;
+    ASSERT_TRUE(first.TryBecomeFirst());
+
+    QProcess second;
+    Start(second, {});
+    ASSERT_TRUE(second.waitForFinished(30000));
+    EXPECT_EQ(second.exitCode(), 1);
+    EXPECT_TRUE(QString::fromUtf8(second.readAllStandardError())
+                    .contains(QStringLiteral("Tormaven Software Ltd: Corrieval is already running on this "
+                                             "computer.\nClick its button in the task bar to activate it.")));
+    EXPECT_EQ(user.Log(),
+              QStringLiteral("Application started.\r\nApplication terminated abnormally [SEM].\r\n"));
+    EXPECT_TRUE(Listening());
+}
+
+TEST(SingleInstance, FilesOfASecondStartGoToTheRunningCopyWithTheirWholePaths)
+{
+    testing::FreshUser user;
+    SingleInstance first;
+    ASSERT_TRUE(first.TryBecomeFirst());
+    QSignalSpy arrived(&first, &SingleInstance::FilesArrived);
+
+    QProcess second;
+    Start(second, {QStringLiteral("Reel.skb"), QStringLiteral("../Jig and Reel.bww")}, user.DataFolder());
+    ASSERT_TRUE(arrived.wait(30000));
+    ASSERT_TRUE(second.waitForFinished(30000));
+    EXPECT_EQ(second.exitCode(), 0) << second.readAllStandardError().constData();
+    const QDir folder(user.DataFolder());
+    EXPECT_EQ(arrived.front().front().toStringList(),
+              QStringList({folder.absoluteFilePath(QStringLiteral("Reel.skb")),
+                           QDir::cleanPath(folder.absoluteFilePath(QStringLiteral("../Jig and Reel.bww")))}));
+}
+
+TEST(SingleInstance, AHandOverWithNoCopyListeningFailsAtConnect)
+{
+    testing::FreshUser user;
+    EXPECT_EQ(SingleInstance::HandOver({QStringLiteral("/t/Reel.skb")}), QStringLiteral("CONNECT"));
+}
+
+TEST(SingleInstance, TheMarkOfACopyThatDiedIsTakenOver)
+{
+    testing::FreshUser user;
+    QProcess crashed;
+    Start(crashed, {});
+    const QDeadlineTimer deadline(30000);
+    while (!Listening() && !deadline.hasExpired())
+        QThread::msleep(50);
+    ASSERT_TRUE(Listening()) << "the program did not start";
+    EXPECT_FALSE(SingleInstance().TryBecomeFirst());
+
+    crashed.kill();
+    ASSERT_TRUE(crashed.waitForFinished());
+    SingleInstance next;
+    EXPECT_TRUE(next.TryBecomeFirst());
+    EXPECT_TRUE(Listening()) << "the dead copy's socket is replaced";
+}
+
+} // namespace
+} // namespace corrieval
