@@ -131,6 +131,7 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
         m_frame->show();
     else
         m_frame->showMaximized();
+    m_frameShown = true;
     m_frame->RestartQuickStartTimer();
     return true;
 }
@@ -157,7 +158,10 @@ int CCorrievalApp::ExitInstance()
 {
     if (m_frame) {
         WriteRegistrySettings();
-        WriteWindowGeometry(m_frame->saveGeometry());
+        // A window that never showed (a file of the command line could not be opened) keeps the
+        // place of the run before.
+        if (m_frameShown)
+            WriteWindowGeometry(m_frame->saveGeometry());
     }
     m_frame.reset();
     m_instance.reset();

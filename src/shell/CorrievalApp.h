@@ -72,6 +72,7 @@ private:
     std::unique_ptr<RecentFiles> m_recent;
     std::unique_ptr<QPrinter> m_printer;
     std::unique_ptr<CMainFrame> m_frame;
+    bool m_frameShown = false;
     int m_refusedStatus = 1;
 };
 
