@@ -21,6 +21,8 @@
 #include <QMessageBox>
 #include <QPageSetupDialog>
 #include <QPrinter>
+#include <algorithm>
+#include <array>
 
 namespace corrieval {
 
@@ -34,6 +36,11 @@ QString ImportTitle(const QString& path)
     const qsizetype stop = name.lastIndexOf(QLatin1Char('.'));
     return stop < 0 ? name : name.left(stop);
 }
+
+// The commands the application answers for; RunCommand has a case for each.
+constexpr std::array kOwnCommands{command::FileNew,   command::FileOpen,   command::ImportGlenmarch,
+                                  command::ImportBww, command::PrintSetup, command::About,
+                                  command::Help,      command::Exit};
 
 void WarnIfAny(const QString& problem)
 {
@@ -65,7 +72,9 @@ CCorrievalApp* CCorrievalApp::Instance()
 bool CCorrievalApp::InitInstance(const QStringList& files)
 {
     // Nothing to set up for common controls, OLE or control containers. The settings key is fixed
-    // (ProductKeyPath); the recent list comes from it.
+    // (ProductKeyPath); the look and the recent list come from it, the look first so that even a
+    // refused second start speaks in it.
+    ApplyApplicationLook(ReadApplicationLook());
     m_recent = std::make_unique<RecentFiles>();
     m_startDirectory = QDir::currentPath();
     QStringList paths;
@@ -102,7 +111,6 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
     AppendLog("AddDocTemplate.\r\n");
 
     m_printer = std::make_unique<QPrinter>();
-    ApplyApplicationLook(ReadApplicationLook());
     m_frame = std::make_unique<CMainFrame>();
     // Now the frame exists, "Autozoom" and "Margins" are taken as well.
     ReadRegistrySettings();
@@ -200,47 +208,39 @@ bool CCorrievalApp::RunCommand(int id)
     switch (id) {
     case command::FileNew:
         OnFileNew();
-        return true;
+        break;
     case command::FileOpen:
         OnFileOpen();
-        return true;
+        break;
     case command::ImportGlenmarch:
     case command::ImportBww:
         OnImport(id);
-        return true;
+        break;
     case command::PrintSetup:
         OnPrintSetup();
-        return true;
+        break;
     case command::About:
         OnAbout();
-        return true;
+        break;
     case command::Help:
         OpenUserGuide();
-        return true;
+        break;
     case command::Exit:
         m_frame->close();
-        return true;
+        break;
     default:
         return false;
     }
+    return true;
 }
 
 bool CCorrievalApp::UpdateCommand(int id, CommandState& state)
 {
-    switch (id) {
-    case command::FileNew:
-    case command::FileOpen:
-    case command::ImportGlenmarch:
-    case command::ImportBww:
-    case command::PrintSetup:
-    case command::About:
-    case command::Help:
-    case command::Exit:
-        state.enabled = true;
-        return true;
-    default:
+    // All of them work with or without an open tune.
+    if (std::find(kOwnCommands.begin(), kOwnCommands.end(), id) == kOwnCommands.end())
         return false;
-    }
+    state.enabled = true;
+    return true;
 }
 
 void CCorrievalApp::OnFileNew()
