@@ -37,13 +37,10 @@ UserFolders ReadUserFolders()
     return folders;
 }
 
-void WriteUserFolders(const UserFolders& folders)
+void RememberUserFolder(const QString& name, const QString& path)
 {
     SettingsStore key = SettingsKey();
-    key.WriteString(QStringLiteral("UserSKB"), folders.Skb);
-    key.WriteString(QStringLiteral("UserIMP"), folders.Imp);
-    key.WriteString(QStringLiteral("UserEXP"), folders.Exp);
-    key.WriteString(QStringLiteral("UserGLM"), folders.Glm);
+    key.WriteString(name, QFileInfo(path).absolutePath() + QLatin1Char('/'));
     key.Sync();
 }
 
@@ -63,11 +60,6 @@ void WriteViewSettings(const ViewSettings& settings)
     key.WriteInt(QStringLiteral("Autozoom"), settings.AutoZoom ? 1 : 0);
     key.WriteInt(QStringLiteral("Margins"), settings.Margins ? 1 : 0);
     key.Sync();
-}
-
-QString FolderOf(const QString& path)
-{
-    return QFileInfo(path).absolutePath() + QLatin1Char('/');
 }
 
 int ReadApplicationLook()

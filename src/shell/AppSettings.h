@@ -26,12 +26,10 @@ struct ViewSettings {
 // Each reader writes a missing value back with its default, so the store fills up at first run.
 // A store that cannot be written leaves the defaults in use without a word.
 UserFolders ReadUserFolders();
-void WriteUserFolders(const UserFolders& folders);
+// Keeps the folder of `path` as the setting `name` ("UserSKB", ...).
+void RememberUserFolder(const QString& name, const QString& path);
 ViewSettings ReadViewSettings();
 void WriteViewSettings(const ViewSettings& settings);
-
-// The folder of `path`, ending with "/", as the folders above keep it.
-QString FolderOf(const QString& path);
 
 // The visual style's command id, 215 ("Blue Style") by default.
 int ReadApplicationLook();

@@ -5,10 +5,14 @@
 #include "model/CorrievalDoc.h"
 #include "model/SessionState.h"
 #include "notation/MusicFont.h"
+#include "platform/DataFolder.h"
 #include "platform/MovementDefinitions.h"
+#include "platform/QtAudioDevice.h"
 #include "shell/AppLog.h"
 #include "shell/AppLook.h"
+#include "shell/AppSettings.h"
 #include "shell/FileDropFilter.h"
+#include "shell/FileFilters.h"
 #include "shell/MainFrame.h"
 #include "shell/RecentFiles.h"
 #include "shell/ShippedData.h"
@@ -111,7 +115,11 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
     AppendLog("AddDocTemplate.\r\n");
 
     m_printer = std::make_unique<QPrinter>();
-    m_frame = std::make_unique<CMainFrame>();
+    m_frame = std::make_unique<CMainFrame>([] { return std::make_unique<platform::QtAudioDevice>(); },
+                                           DataSubfolder(QStringLiteral("Instrument Samples")));
+    m_frame->SetApplicationCommands(this);
+    m_frame->SetRecentFiles([this] { return m_recent->Paths(); });
+    m_frame->SetLinkOpener(&OpenStatusBarLink);
     // Now the frame exists, "Autozoom" and "Margins" are taken as well.
     ReadRegistrySettings();
 
@@ -188,7 +196,7 @@ bool CCorrievalApp::OpenFile(const QString& path)
 
 void CCorrievalApp::ReadRegistrySettings()
 {
-    m_folders = ReadUserFolders();
+    ReadUserFolders();
     if (m_frame) {
         const ViewSettings view = ReadViewSettings();
         m_frame->SetAutoZoom(view.AutoZoom);
@@ -196,9 +204,10 @@ void CCorrievalApp::ReadRegistrySettings()
     }
 }
 
+// The folders are written as they change, by the frame's dialogs as well as the app's, so only
+// the view settings are left to write.
 void CCorrievalApp::WriteRegistrySettings()
 {
-    WriteUserFolders(m_folders);
     if (m_frame)
         WriteViewSettings({m_frame->AutoZoom(), Session().ShowMargins});
 }
@@ -251,13 +260,12 @@ void CCorrievalApp::OnFileNew()
 
 void CCorrievalApp::OnFileOpen()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(m_frame.get(), QString(), m_folders.Skb,
-                                     QStringLiteral("Corrieval files (*.skb);;Corrieval templates (*.skt)"));
+    const QString path = QFileDialog::getOpenFileName(
+        m_frame.get(), QString(), ReadUserFolders().Skb,
+        QtFileFilter(QStringLiteral("Corrieval files (*.skb)|*.skb|Corrieval templates (*.skt)|*.skt||")));
     if (path.isEmpty())
         return;
-    m_folders.Skb = FolderOf(path);
-    WriteRegistrySettings();
+    RememberUserFolder(QStringLiteral("UserSKB"), path);
     OpenFile(path);
     m_frame->RestartQuickStartTimer();
 }
@@ -265,19 +273,21 @@ void CCorrievalApp::OnFileOpen()
 void CCorrievalApp::OnImport(int id)
 {
     const bool glenmarch = id == command::ImportGlenmarch;
-    QString& folder = glenmarch ? m_folders.Glm : m_folders.Imp;
+    const UserFolders folders = ReadUserFolders();
     // The BWW filter's words say "Glenmarch" too, as they always have.
-    const QString filter = glenmarch ? QStringLiteral("Glenmarch files (*.glm)")
-                                     : QStringLiteral("Glenmarch files (*.bmw;*.bww)");
-    const QString path = QFileDialog::getOpenFileName(m_frame.get(), QString(), folder, filter);
+    const QString filter = glenmarch ? QStringLiteral("Glenmarch files (*.glm)|*.glm||")
+                                     : QStringLiteral("Glenmarch files (*.bmw;*.bww)|*.bmw;*.bww||");
+    const QString path = QFileDialog::getOpenFileName(
+        m_frame.get(), QString(), glenmarch ? folders.Glm : folders.Imp, QtFileFilter(filter));
     if (path.isEmpty())
         return;
-    folder = FolderOf(path);
-    WriteRegistrySettings();
+    RememberUserFolder(glenmarch ? QStringLiteral("UserGLM") : QStringLiteral("UserIMP"), path);
     m_frame->SetPendingImport(path);
     CCorrievalView* view = m_frame->NewDocument();
-    if (glenmarch && view != nullptr)
+    if (glenmarch && view != nullptr) {
         view->Document()->SetTitle(ImportTitle(path));
+        m_frame->ActiveChild()->RefreshTitle();
+    }
     m_frame->RestartQuickStartTimer();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "editor/CommandTarget.h"
-#include "shell/AppSettings.h"
 #include "shell/MessageBoxSink.h"
 
 #include <QObject>
@@ -39,7 +38,6 @@ public:
 
     CMainFrame* Frame() const { return m_frame.get(); }
     RecentFiles& Recent() const { return *m_recent; }
-    const UserFolders& Folders() const { return m_folders; }
     // The printer whose paper and settings Print setup chose.
     QPrinter& Printer() const { return *m_printer; }
     // The folder the process started in, against which command-line names are read.
@@ -67,7 +65,6 @@ private:
     MessageBoxSink m_messages{QStringLiteral("Corrieval")};
     MessageSink* m_previousSink = nullptr;
     QString m_startDirectory;
-    UserFolders m_folders;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<RecentFiles> m_recent;
     std::unique_ptr<QPrinter> m_printer;

@@ -76,7 +76,7 @@ TEST(Startup, AutozoomAndMarginsSetByHandTakeEffectOnceTheFrameExists)
     RunOnce([](CCorrievalApp& app) {
         EXPECT_TRUE(app.Frame()->AutoZoom());
         EXPECT_TRUE(Session().ShowMargins);
-        EXPECT_EQ(app.Folders().Skb, QStringLiteral("/home/piper/tunes/"));
+        EXPECT_EQ(ReadUserFolders().Skb, QStringLiteral("/home/piper/tunes/"));
         // What the user turns off while it runs is written back at the end.
         app.Frame()->SetAutoZoom(false);
     });
