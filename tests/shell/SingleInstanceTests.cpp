@@ -1,4 +1,6 @@
 #include "FreshUser.h"
+#include "platform/SettingsStore.h"
+#include "shell/AppSettings.h"
 #include "shell/SingleInstance.h"
 
 #include <QDeadlineTimer>
@@ -63,6 +65,42 @@ TEST(SingleInstance, FilesOfASecondStartGoToTheRunningCopyWithTheirWholePaths)
     EXPECT_EQ(arrived.front().front().toStringList(),
               QStringList({folder.absoluteFilePath(QStringLiteral("Reel.skb")),
                            QDir::cleanPath(folder.absoluteFilePath(QStringLiteral("../Jig and Reel.bww")))}));
+}
+
+// The running copy's newest recent file, as it keeps it in the settings.
+QString NewestRecentFile()
+{
+    const SettingsStore recent =
+        SettingsStore(QString::fromLatin1(ProductKeyPath)).Subkey(QStringLiteral("Recent File List"));
+    return recent.StringValue(QStringLiteral("File1")).value_or(QString());
+}
+
+TEST(SingleInstance, TheRunningProgramOpensWhatASecondStartHandsOver)
+{
+    testing::FreshUser user;
+    QProcess first;
+    Start(first, {});
+    const QDeadlineTimer started(30000);
+    while (!Listening() && !started.hasExpired())
+        QThread::msleep(50);
+    ASSERT_TRUE(Listening()) << "the program did not start";
+
+    const QString tune = user.DataFolder() + QStringLiteral("/Reel.bww");
+    QFile file(tune);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Bagpipe Reader:1.0\n& sharpf sharpc 4_4 LA_4 B_4 C_4 D_4 !I\n");
+    file.close();
+    QProcess second;
+    Start(second, {tune});
+    ASSERT_TRUE(second.waitForFinished(30000));
+    EXPECT_EQ(second.exitCode(), 0);
+
+    const QDeadlineTimer opened(30000);
+    while (NewestRecentFile() != tune && !opened.hasExpired())
+        QThread::msleep(50);
+    EXPECT_EQ(NewestRecentFile(), tune);
+    first.kill();
+    first.waitForFinished();
 }
 
 TEST(SingleInstance, AHandOverWithNoCopyListeningFailsAtConnect)
