@@ -286,7 +286,9 @@ void CCorrievalApp::OnImport(int id)
     CCorrievalView* view = m_frame->NewDocument();
     if (glenmarch && view != nullptr) {
         view->Document()->SetTitle(ImportTitle(path));
-        m_frame->ActiveChild()->RefreshTitle();
+        for (CChildFrame* child : m_frame->Children())
+            if (&child->View() == view)
+                child->RefreshTitle();
     }
     m_frame->RestartQuickStartTimer();
 }

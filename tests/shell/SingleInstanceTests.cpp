@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QThread>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace corrieval {
@@ -29,6 +30,18 @@ bool Listening()
     QLocalSocket socket;
     socket.connectToServer(SingleInstance::ServerName());
     return socket.waitForConnected(100);
+}
+
+// Whether `condition` comes true within half a minute, asked every 50 ms.
+bool WaitUntil(const std::function<bool()>& condition)
+{
+    const QDeadlineTimer deadline(30000);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(50);
+    }
+    return true;
 }
 
 TEST(SingleInstance, ABareSecondStartSaysSoAndLeavesTheFirstAlone)
@@ -80,10 +93,7 @@ TEST(SingleInstance, TheRunningProgramOpensWhatASecondStartHandsOver)
     testing::FreshUser user;
     QProcess first;
     Start(first, {});
-    const QDeadlineTimer started(30000);
-    while (!Listening() && !started.hasExpired())
-        QThread::msleep(50);
-    ASSERT_TRUE(Listening()) << "the program did not start";
+    ASSERT_TRUE(WaitUntil(Listening)) << "the program did not start";
 
     const QString tune = user.DataFolder() + QStringLiteral("/Reel.bww");
     QFile file(tune);
@@ -95,10 +105,7 @@ TEST(SingleInstance, TheRunningProgramOpensWhatASecondStartHandsOver)
     ASSERT_TRUE(second.waitForFinished(30000));
     EXPECT_EQ(second.exitCode(), 0);
 
-    const QDeadlineTimer opened(30000);
-    while (NewestRecentFile() != tune && !opened.hasExpired())
-        QThread::msleep(50);
-    EXPECT_EQ(NewestRecentFile(), tune);
+    EXPECT_TRUE(WaitUntil([&] { return NewestRecentFile() == tune; })) << NewestRecentFile().toStdString();
     first.kill();
     first.waitForFinished();
 }
@@ -114,10 +121,7 @@ TEST(SingleInstance, TheMarkOfACopyThatDiedIsTakenOver)
     testing::FreshUser user;
     QProcess crashed;
     Start(crashed, {});
-    const QDeadlineTimer deadline(30000);
-    while (!Listening() && !deadline.hasExpired())
-        QThread::msleep(50);
-    ASSERT_TRUE(Listening()) << "the program did not start";
+    ASSERT_TRUE(WaitUntil(Listening)) << "the program did not start";
     EXPECT_FALSE(SingleInstance().TryBecomeFirst());
 
     crashed.kill();
