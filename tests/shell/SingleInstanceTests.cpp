@@ -1,47 +1,23 @@
 #include "FreshUser.h"
-#include "platform/SettingsStore.h"
-#include "shell/AppSettings.h"
+#include "ProgramRun.h"
 #include "shell/SingleInstance.h"
 
-#include <QDeadlineTimer>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QSignalSpy>
-#include <QThread>
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace corrieval {
 namespace {
 
-// Starts the desktop program as a user would, its messages printed rather than shown.
-void Start(QProcess& program, const QStringList& arguments, const QString& folder = {})
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("CORRIEVAL_MESSAGES_TO_STDERR"), QStringLiteral("1"));
-    program.setProcessEnvironment(environment);
-    program.setWorkingDirectory(folder);
-    program.start(QStringLiteral(CORRIEVAL_PROGRAM), arguments);
-    ASSERT_TRUE(program.waitForStarted());
-}
+using testing::NewestRecentFile;
+using testing::Start;
+using testing::WaitUntil;
 
 bool Listening()
 {
     QLocalSocket socket;
     socket.connectToServer(SingleInstance::ServerName());
     return socket.waitForConnected(100);
-}
-
-// Whether `condition` comes true within half a minute, asked every 50 ms.
-bool WaitUntil(const std::function<bool()>& condition)
-{
-    const QDeadlineTimer deadline(30000);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QThread::msleep(50);
-    }
-    return true;
 }
 
 TEST(SingleInstance, ABareSecondStartSaysSoAndLeavesTheFirstAlone)
@@ -78,14 +54,6 @@ TEST(SingleInstance, FilesOfASecondStartGoToTheRunningCopyWithTheirWholePaths)
     EXPECT_EQ(arrived.front().front().toStringList(),
               QStringList({folder.absoluteFilePath(QStringLiteral("Reel.skb")),
                            QDir::cleanPath(folder.absoluteFilePath(QStringLiteral("../Jig and Reel.bww")))}));
-}
-
-// The running copy's newest recent file, as it keeps it in the settings.
-QString NewestRecentFile()
-{
-    const SettingsStore recent =
-        SettingsStore(QString::fromLatin1(ProductKeyPath)).Subkey(QStringLiteral("Recent File List"));
-    return recent.StringValue(QStringLiteral("File1")).value_or(QString());
 }
 
 TEST(SingleInstance, TheRunningProgramOpensWhatASecondStartHandsOver)

@@ -1,4 +1,5 @@
 #include "FreshUser.h"
+#include "ProgramRun.h"
 #include "editor/CommandIds.h"
 #include "model/SessionState.h"
 #include "platform/SettingsStore.h"
@@ -103,6 +104,29 @@ TEST(Startup, TheAppAnswersForItsOwnCommandsOnly)
             EXPECT_FALSE(app.RunCommand(id)) << id;
         }
     });
+}
+
+TEST(Startup, OpensTheFilesOfTheCommandLineAndEndsWhenOneCannotBeOpened)
+{
+    testing::FreshUser user;
+    const QString tune = user.DataFolder() + QStringLiteral("/Reel.bww");
+    QFile file(tune);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Bagpipe Reader:1.0\n& sharpf sharpc 4_4 LA_4 B_4 C_4 D_4 !I\n");
+    file.close();
+
+    QProcess opened;
+    testing::Start(opened, {QStringLiteral("Reel.bww")}, user.DataFolder(), true);
+    ASSERT_TRUE(opened.waitForFinished(30000));
+    EXPECT_EQ(opened.exitCode(), 0) << opened.readAllStandardError().constData();
+    EXPECT_EQ(testing::NewestRecentFile(), tune);
+
+    QProcess refused;
+    testing::Start(refused, {QStringLiteral("Missing.skb")}, user.DataFolder(), true);
+    ASSERT_TRUE(refused.waitForFinished(30000));
+    EXPECT_EQ(refused.exitCode(), 1);
+    EXPECT_TRUE(refused.readAllStandardError().contains("Missing.skb"));
+    EXPECT_EQ(testing::NewestRecentFile(), tune) << "a file that did not open is not listed";
 }
 
 } // namespace
