@@ -15,6 +15,7 @@ namespace {
 constexpr int kConnectMs = 2000;
 constexpr int kAnswerMs = 5000;
 const QByteArray kAnswer = QByteArrayLiteral("OK\n");
+constexpr qsizetype kSocketPathRoom = 100;
 
 QString UserId()
 {
@@ -33,10 +34,13 @@ QString SingleInstance::Folder()
 }
 
 // A full path keeps the socket beside the lock, so a test's own runtime folder keeps its copies
-// apart from the user's.
+// apart from the user's. A socket's path has room for about 100 bytes; past that, the bare name
+// puts it in the temporary folder.
 QString SingleInstance::ServerName()
 {
-    return Folder() + QStringLiteral("/CORRIEBOOK") + UserId();
+    const QString name = QStringLiteral("CORRIEBOOK") + UserId();
+    const QString besideLock = Folder() + QLatin1Char('/') + name;
+    return besideLock.toUtf8().size() < kSocketPathRoom ? besideLock : name;
 }
 
 bool SingleInstance::TryBecomeFirst()

@@ -78,6 +78,22 @@ TEST(SingleInstance, TheRunningProgramOpensWhatASecondStartHandsOver)
     first.waitForFinished();
 }
 
+TEST(SingleInstance, AFolderTooDeepForASocketStillTakesHandOvers)
+{
+    testing::FreshUser user;
+    const QString deep =
+        qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/") + QString(120, QLatin1Char('r'));
+    qputenv("XDG_RUNTIME_DIR", deep.toUtf8());
+    SingleInstance first;
+    ASSERT_TRUE(first.TryBecomeFirst());
+    QSignalSpy arrived(&first, &SingleInstance::FilesArrived);
+    QProcess second;
+    Start(second, {QStringLiteral("/t/Reel.skb")});
+    ASSERT_TRUE(arrived.wait(30000));
+    ASSERT_TRUE(second.waitForFinished(30000));
+    EXPECT_EQ(second.exitCode(), 0);
+}
+
 TEST(SingleInstance, AHandOverWithNoCopyListeningFailsAtConnect)
 {
     testing::FreshUser user;
