@@ -114,7 +114,6 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
     AppendLog("CMultiDocTemplate.\r\n");
     AppendLog("AddDocTemplate.\r\n");
 
-    m_printer = std::make_unique<QPrinter>();
     m_frame = std::make_unique<CMainFrame>([] { return std::make_unique<platform::QtAudioDevice>(); },
                                            DataSubfolder(QStringLiteral("Instrument Samples")));
     m_frame->SetApplicationCommands(this);
@@ -182,6 +181,13 @@ int CCorrievalApp::ExitInstance()
     m_frame.reset();
     m_instance.reset();
     return 0;
+}
+
+QPrinter& CCorrievalApp::Printer()
+{
+    if (!m_printer)
+        m_printer = std::make_unique<QPrinter>();
+    return *m_printer;
 }
 
 bool CCorrievalApp::OpenFile(const QString& path)
@@ -295,7 +301,7 @@ void CCorrievalApp::OnImport(int id)
 
 void CCorrievalApp::OnPrintSetup()
 {
-    QPageSetupDialog dialog(m_printer.get(), m_frame.get());
+    QPageSetupDialog dialog(&Printer(), m_frame.get());
     dialog.exec();
 }
 

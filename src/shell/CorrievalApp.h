@@ -38,8 +38,9 @@ public:
 
     CMainFrame* Frame() const { return m_frame.get(); }
     RecentFiles& Recent() const { return *m_recent; }
-    // The printer whose paper and settings Print setup chose.
-    QPrinter& Printer() const { return *m_printer; }
+    // The printer whose paper and settings Print setup chose; asked of the print system the first
+    // time it is wanted, not at every start.
+    QPrinter& Printer();
     // The folder the process started in, against which command-line names are read.
     const QString& StartDirectory() const { return m_startDirectory; }
 
