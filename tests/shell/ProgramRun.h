@@ -4,6 +4,7 @@
 #include "shell/AppSettings.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QProcess>
 #include <QThread>
 #include <functional>
@@ -36,6 +37,16 @@ inline bool WaitUntil(const std::function<bool()>& condition)
         QThread::msleep(50);
     }
     return true;
+}
+
+// Writes a short BWW tune, "Reel.bww", into `folder` and returns its path.
+inline QString WriteTune(const QString& folder)
+{
+    const QString path = folder + QStringLiteral("/Reel.bww");
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("Bagpipe Reader:1.0\n& sharpf sharpc 4_4 LA_4 B_4 C_4 D_4 !I\n");
+    return path;
 }
 
 // The program's newest recent file, as it keeps it in the settings: what it opened last.

@@ -63,11 +63,7 @@ TEST(SingleInstance, TheRunningProgramOpensWhatASecondStartHandsOver)
     Start(first, {});
     ASSERT_TRUE(WaitUntil(Listening)) << "the program did not start";
 
-    const QString tune = user.DataFolder() + QStringLiteral("/Reel.bww");
-    QFile file(tune);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("Bagpipe Reader:1.0\n& sharpf sharpc 4_4 LA_4 B_4 C_4 D_4 !I\n");
-    file.close();
+    const QString tune = testing::WriteTune(user.DataFolder());
     QProcess second;
     Start(second, {tune});
     ASSERT_TRUE(second.waitForFinished(30000));

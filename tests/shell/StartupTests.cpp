@@ -109,11 +109,7 @@ TEST(Startup, TheAppAnswersForItsOwnCommandsOnly)
 TEST(Startup, OpensTheFilesOfTheCommandLineAndEndsWhenOneCannotBeOpened)
 {
     testing::FreshUser user;
-    const QString tune = user.DataFolder() + QStringLiteral("/Reel.bww");
-    QFile file(tune);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("Bagpipe Reader:1.0\n& sharpf sharpc 4_4 LA_4 B_4 C_4 D_4 !I\n");
-    file.close();
+    const QString tune = testing::WriteTune(user.DataFolder());
 
     QProcess opened;
     testing::Start(opened, {QStringLiteral("Reel.bww")}, user.DataFolder(), true);
