@@ -66,6 +66,8 @@ public:
     void SetPathName(const QString& path);
     const QString& PathName() const { return m_pathName; }
     const QString& Title() const { return m_title; }
+    // An imported tune is named after its file while it has no path of its own.
+    void SetTitle(const QString& title) { m_title = title; }
     void SetModifiedFlag(bool modified = true) { m_modified = modified; }
     bool IsModified() const { return m_modified; }
 

@@ -2,7 +2,6 @@
 // tunes with the save question, and the command route.
 
 #include "ShellTestSupport.h"
-
 #include "editor/CommandIds.h"
 #include "editor/CorrievalView.h"
 #include "formats/score/ScoreFile.h"
@@ -16,7 +15,6 @@
 #include <QFile>
 #include <QMdiArea>
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace corrieval;
@@ -47,8 +45,8 @@ protected:
 TEST_F(FrameTest, WithNoTuneOpenOnlyTheApplicationsWayInIsOffered)
 {
     for (int id : {command::FileSave, command::FileSaveAs, command::FileClose, command::InsertPage,
-                   command::InsertMusic, command::NotesGallery, command::Play, command::Stop, command::ExportWav,
-                   command::ExportSkp, command::Lock, command::SelectAll, command::Undo})
+                   command::InsertMusic, command::NotesGallery, command::Play, command::Stop,
+                   command::ExportWav, command::ExportSkp, command::Lock, command::SelectAll, command::Undo})
         EXPECT_FALSE(Enabled(id)) << id;
     EXPECT_TRUE(Enabled(command::ShowMargins));
     EXPECT_TRUE(Enabled(command::AutoZoom));

@@ -3,7 +3,6 @@
 // coloured and given its colour back) must work with the real output, not only the null one.
 
 #include "ShellTestSupport.h"
-
 #include "editor/CommandIds.h"
 #include "formats/score/ScoreFile.h"
 #include "notation/NoteEx.h"
@@ -17,7 +16,6 @@
 #include "support/ScoreWalk.h"
 
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace corrieval;
@@ -41,7 +39,8 @@ TEST(SoundServer, ATunePlaysToTheEndWithItsNotesLitInTurn)
     {
         CMainFrame frame([] { return std::make_unique<platform::QtAudioDevice>(); }, SamplesFolder());
         ASSERT_TRUE(frame.OpenDocument(path));
-        ASSERT_TRUE(frame.Commands().State(command::Play).enabled) << messages.Texts.join(u'\n').toStdString();
+        ASSERT_TRUE(frame.Commands().State(command::Play).enabled)
+            << messages.Texts.join(u'\n').toStdString();
         CCorrievalDoc& doc = frame.ActiveChild()->Document();
         auto& first = *BarOf(*MusicAreas(doc)[0], 0, 0).ChildAt(0);
         auto& second = *BarOf(*MusicAreas(doc)[0], 0, 0).ChildAt(1);

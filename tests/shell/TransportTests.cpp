@@ -2,7 +2,6 @@
 // when it is offered, looping, and the highlight that follows the playing note.
 
 #include "ShellTestSupport.h"
-
 #include "editor/CommandIds.h"
 #include "model/Stave.h"
 #include "notation/NoteEx.h"
@@ -65,7 +64,8 @@ TEST_F(TransportTest, PlayPauseResumeStopAndRewindOfferWhatEachStateAllows)
     EXPECT_TRUE(transport->IsPlaying());
     EXPECT_TRUE(transport->Following());
     // Each look at the clock covers about 20 of the mixer's ticks.
-    EXPECT_EQ(transport->FollowPeriodMs(), static_cast<int>(transport->Mixer().TicksPerSecond() / 1000.0 * 20.0));
+    EXPECT_EQ(transport->FollowPeriodMs(),
+              static_cast<int>(transport->Mixer().TicksPerSecond() / 1000.0 * 20.0));
     EXPECT_TRUE(Enabled(command::Stop));
     EXPECT_FALSE(Enabled(command::Play));
     EXPECT_FALSE(Enabled(command::Loop));
@@ -120,7 +120,8 @@ TEST_F(TransportTest, ATempoOutsideTwentyToTwoHundredIsRefusedAndTheTuneKeepsIts
         EXPECT_EQ(doc->Tempo, 90);
     }
     ASSERT_EQ(messages.Texts.size(), 4);
-    EXPECT_EQ(messages.Texts[0], QStringLiteral("The tempo must be a whole number of beats per minute from 20 to 200."));
+    EXPECT_EQ(messages.Texts[0],
+              QStringLiteral("The tempo must be a whole number of beats per minute from 20 to 200."));
     EXPECT_EQ(shown, (std::vector<int>{90, 90, 90, 90, 90}));
 
     transport->TempoChosen(120);
@@ -140,15 +141,17 @@ TEST_F(TransportTest, ALoopedTuneStartsAgainAtTheIdleUpdateAfterItEndsAndAStopEn
     // The idle update sees the buffer playing, then, once it has drained, starts play again.
     int restarts = 0;
     bool sawStop = false;
-    ASSERT_TRUE(SpinUntil([&] {
-        const bool before = transport->IsPlaying();
-        CommandState state;
-        transport->UpdateCommand(command::Play, state);
-        sawStop = sawStop || !before;
-        if (!before && transport->IsPlaying())
-            ++restarts;
-        return restarts >= 2;
-    }, 15000));
+    ASSERT_TRUE(SpinUntil(
+        [&] {
+            const bool before = transport->IsPlaying();
+            CommandState state;
+            transport->UpdateCommand(command::Play, state);
+            sawStop = sawStop || !before;
+            if (!before && transport->IsPlaying())
+                ++restarts;
+            return restarts >= 2;
+        },
+        15000));
     EXPECT_TRUE(sawStop);
 
     transport->Stop();
