@@ -70,6 +70,7 @@ bool CChildFrame::SaveTo(const QString& path)
     m_doc->SetPathName(path);
     m_doc->SetModifiedFlag(false);
     RefreshTitle();
+    emit Saved(path);
     return true;
 }
 

@@ -50,6 +50,10 @@ public:
     bool RunCommand(int id) override;
     bool UpdateCommand(int id, CommandState& state) override;
 
+signals:
+    // The tune was written to this file.
+    void Saved(const QString& path);
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 

@@ -119,6 +119,8 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
     m_frame->SetApplicationCommands(this);
     m_frame->SetRecentFiles([this] { return m_recent->Paths(); });
     m_frame->SetLinkOpener(&OpenStatusBarLink);
+    connect(m_frame.get(), &CMainFrame::FileUsed, m_recent.get(), &RecentFiles::Add);
+    connect(m_frame.get(), &CMainFrame::FileFailed, m_recent.get(), &RecentFiles::Remove);
     // Now the frame exists, "Autozoom" and "Margins" are taken as well.
     ReadRegistrySettings();
 
@@ -127,10 +129,10 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
     QApplication::setWindowIcon(icon);
     m_frame->setWindowIcon(icon);
 
-    new FileDropFilter(*m_frame, [this](const QString& path) { OpenFile(path); });
+    new FileDropFilter(*m_frame, [this](const QString& path) { m_frame->OpenDocument(path); });
     connect(m_instance.get(), &SingleInstance::FilesArrived, this, [this](const QStringList& arrived) {
         for (const QString& path : arrived)
-            OpenFile(path);
+            m_frame->OpenDocument(path);
         m_frame->setWindowState(m_frame->windowState() & ~Qt::WindowMinimized);
         m_frame->raise();
         m_frame->activateWindow();
@@ -138,7 +140,7 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
 
     // A bare start opens nothing; quick start offers what to do.
     for (const QString& path : paths)
-        if (!OpenFile(path))
+        if (!m_frame->OpenDocument(path))
             return false;
 
     if (const QByteArray geometry = ReadWindowGeometry();
@@ -188,16 +190,6 @@ QPrinter& CCorrievalApp::Printer()
     if (!m_printer)
         m_printer = std::make_unique<QPrinter>();
     return *m_printer;
-}
-
-bool CCorrievalApp::OpenFile(const QString& path)
-{
-    if (m_frame->OpenDocument(path)) {
-        m_recent->Add(path);
-        return true;
-    }
-    m_recent->Remove(path);
-    return false;
 }
 
 void CCorrievalApp::ReadRegistrySettings()
@@ -272,7 +264,7 @@ void CCorrievalApp::OnFileOpen()
     if (path.isEmpty())
         return;
     RememberUserFolder(QStringLiteral("UserSKB"), path);
-    OpenFile(path);
+    m_frame->OpenDocument(path);
     m_frame->RestartQuickStartTimer();
 }
 

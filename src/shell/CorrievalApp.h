@@ -44,10 +44,6 @@ public:
     // The folder the process started in, against which command-line names are read.
     const QString& StartDirectory() const { return m_startDirectory; }
 
-    // Opens a file from the command line, a hand-over, a drop or the open dialog, and keeps it in
-    // the recent list. False when it could not be opened (the user has been told why).
-    bool OpenFile(const QString& path);
-
     void ReadRegistrySettings();
     void WriteRegistrySettings();
 

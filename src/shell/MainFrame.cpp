@@ -146,6 +146,7 @@ std::vector<CommandTarget*> CMainFrame::Route() const
 CChildFrame* CMainFrame::AddChild(std::unique_ptr<CCorrievalDoc> doc)
 {
     auto* child = new CChildFrame(std::move(doc), *this, *this, [this](CChildFrame& c) { ChildClosing(c); });
+    connect(child, &CChildFrame::Saved, this, &CMainFrame::FileUsed);
     m_mdiArea->addSubWindow(child);
     child->showMaximized();
     m_mdiArea->setActiveSubWindow(child);
@@ -169,6 +170,13 @@ CCorrievalView* CMainFrame::NewDocument()
 }
 
 bool CMainFrame::OpenDocument(const QString& path)
+{
+    const bool opened = OpenFile(path);
+    emit opened ? FileUsed(QFileInfo(path).absoluteFilePath()) : FileFailed(path);
+    return opened;
+}
+
+bool CMainFrame::OpenFile(const QString& path)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     for (CChildFrame* child : Children()) {

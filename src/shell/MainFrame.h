@@ -72,6 +72,12 @@ public:
     bool RunCommand(int id) override;
     bool UpdateCommand(int id, CommandState& state) override;
 
+signals:
+    // A tune was opened from or saved to this file: it belongs in the recent list.
+    void FileUsed(const QString& path);
+    // This file could not be opened: it leaves the recent list.
+    void FileFailed(const QString& path);
+
 protected:
     void customEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -85,6 +91,7 @@ private:
     QString Folder(const QString& name) const override;
     void Remember(const QString& name, const QString& path) override;
 
+    bool OpenFile(const QString& path);
     CChildFrame* AddChild(std::unique_ptr<CCorrievalDoc> doc);
     void SubWindowActivated(QMdiSubWindow* window);
     void ChildClosing(CChildFrame& child);
