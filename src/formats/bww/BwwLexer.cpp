@@ -349,6 +349,12 @@ std::int32_t Lexer::Title()
     c = Get();
     if (c == '\n')
         return Token::Title;
+    // A text standing among the notes ("01" over a bar) says no kind: the full reading goes on
+    // with the notes after it rather than taking the rest of the line.
+    if (c != ',' && m_log.Mode == Reading::Full) {
+        Unget(c);
+        return Token::Title;
+    }
     // The rest of the line may say what the text is: "(Y," title, "(T," type, "(M," composer.
     bool seenParenthesis = false;
     while (c != '\r' && c != '\n' && c != kEnd) {

@@ -127,7 +127,7 @@ bool Parser::Parse()
     if (!Header())
         return false;
     while (m_lookahead != Token::EndOfFile && !m_log.ErrorFlag) {
-        while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile) {
+        while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile && !ContinuesStave()) {
             if (AtFurtherTune())
                 StartFurtherTune();
             else
@@ -135,7 +135,8 @@ bool Parser::Parse()
         }
         if (m_lookahead == Token::EndOfFile)
             break;
-        Clef();
+        if (m_lookahead == Token::Clef)
+            Clef();
         TimeSignature();
         Music();
     }
@@ -236,6 +237,15 @@ bool Parser::FullHeader()
     }
     StoreTexts(title, type, composer);
     return m_lookahead == Token::Clef;
+}
+
+// Music after a line end with no clef of its own: the full reading takes it as the stave going on.
+bool Parser::ContinuesStave() const
+{
+    const std::int32_t t = m_lookahead;
+    return Full() && ((t >= 0 && t < Token::Clef) || t == Token::BarLine ||
+                      (t >= Token::LowG && t <= Token::RepeatEndDots) || t == Token::FirstTime ||
+                      t == Token::SecondTime);
 }
 
 // A named text after music has been read begins the next tune of a set.

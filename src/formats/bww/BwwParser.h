@@ -34,6 +34,7 @@ private:
     // the file ends first.
     bool FullHeader();
     bool Full() const { return m_log.Mode == Reading::Full; }
+    bool ContinuesStave() const;
     bool AtFurtherTune() const;
     void StartFurtherTune();
     bool ReadFullItem(std::int32_t token);
