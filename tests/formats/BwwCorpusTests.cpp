@@ -74,18 +74,14 @@ int ImportedMelodyNotes(const CPipeDoc& doc)
 }
 
 // Words the full reading lists rather than places: what a score cannot hold (rests, pauses,
-// accidentals, the signs of a da capo, texts and the leftovers of marks around them), and the
-// piobaireachd words the catalogue has no gracenotes for yet.
+// accidentals, the signs of a da capo, texts and the leftovers of marks around them). Every
+// gracenote and movement word is placed.
 bool MayBePassedOver(const QString& word)
 {
     static const QRegularExpression cannotHold(QStringLiteral(
         "^(REST_\\d*|fermat\\w+|(natural|flat|sharp)\\w+|segno|dalsegno|fine|dacapoalfine|bis_|TuneTempo|"
-        "\\d+|[a-z]{1,2}|.*\\s.*)$"));
-    static const QRegularExpression notYetPlaced(QStringLiteral(
-        "^(p\\w+|echo\\w+|\\w*lem\\w*|\\w*crun\\w+|\\w*chechere|chelalho|darodo16|hdarodo|\\w*edre[bcd]?|"
-        "\\w*enbain|\\w*adeda|\\w*dare|\\w*[dt]ro|\\w*tarb?brea|htarl\\w+|htra|tra8|\\w*pelhg|din|comment)"
-        "$"));
-    return cannotHold.match(word).hasMatch() || notYetPlaced.match(word).hasMatch();
+        "ntro|comment|\\d+|[a-z]{1,2}|.*\\s.*)$"));
+    return cannotHold.match(word).hasMatch();
 }
 
 TEST(BwwCorpus, EveryFileReadsInFullWithItsMelodyNotesAndMovements)
