@@ -2,6 +2,7 @@
 #include "formats/glenmarch/GlenmarchConversion.h"
 #include "formats/glenmarch/PipeDoc.h"
 #include "model/CorrievalDoc.h"
+#include "notation/NoteEx.h"
 #include "notation/TimeSig.h"
 #include "support/RecordingMessages.h"
 #include "support/ScoreWalk.h"
@@ -139,11 +140,18 @@ TEST(BwwFullReading, BracketedTripletsAndTiesJoinTheirMelodyNotes)
     EXPECT_EQ(strict.Doc->Ties[0]->First, strict.Doc->Bars[0]->Notes[1]->Id);
 }
 
-TEST(BwwFullReading, WhatAScoreCannotHoldIsListed)
+TEST(BwwFullReading, WhatAScoreCannotHoldIsListedAndAPauseHoldsItsNote)
 {
-    const ReadTune tune = Full("& REST_4 naturalc C_4 fermatc space E_4 !t");
-    EXPECT_EQ(tune.Passed(), (QStringList{"REST_4", "naturalc", "fermatc"}));
-    EXPECT_EQ(tune.Notes().size(), 2u);
+    const ReadTune tune = Full("& REST_4 naturalc C_4 gg fermatc space E_4 ! fermate E_4 !t");
+    EXPECT_EQ(tune.Passed(), (QStringList{"REST_4", "naturalc", "fermate"}));
+    ASSERT_EQ(tune.Notes().size(), 4u);
+    EXPECT_EQ(tune.Doc->Bars[0]->Notes[0]->Hold, 2.0f);
+    EXPECT_EQ(tune.Doc->Bars[0]->Notes[2]->Hold, 1.0f);
+    const auto score = ConvertToNewDocument(*tune.Doc, true);
+    const auto notes = testing::ChildrenOf<CNoteEx>(testing::BarOf(*MusicAreas(*score).front(), 0, 0));
+    ASSERT_FALSE(notes.empty());
+    EXPECT_EQ(notes.front()->Weight, 2.0f);
+    EXPECT_EQ(Strict("& C_4 fermatc E_4 !t").Passed(), QStringList{"fermatc"});
 }
 
 TEST(BwwFullReading, EachTuneOfASetHasItsOwnHeadingsTempoAndPage)

@@ -24,6 +24,7 @@ public:
         bool Tied = false;
         bool Dotted = false;
         bool Triplet = false;    // one of three melody notes played as a triplet
+        bool Paused = false;     // under a pause sign
         std::uint8_t Ending = 0; // 1 inside a first-time section, 2 inside a second-time one
     };
     // The lines the tune draws at the two ends of a bar.

@@ -471,6 +471,10 @@ bool Parser::ReadFullItem(std::int32_t token)
         // "^ts" ties the next melody note to the one after it; its "^te" closes it.
         m_tieOpen = word == "^ts";
         m_tieMarked = false;
+    } else if (word.starts_with("fermat")) {
+        // A pause over no note of this bar is listed instead.
+        if (!PauseLastNote())
+            return false;
     } else if (word == "space") {
         // Spacing of the older program's page, which the score lays out itself.
     } else if (word == "REST_") {
@@ -497,6 +501,18 @@ bool Parser::ReadFullItem(std::int32_t token)
     }
     Match(token);
     return true;
+}
+
+// Marks the last melody note of the bar as held; false when the bar has none.
+bool Parser::PauseLastNote()
+{
+    for (std::size_t back = 1; NoteGrid::Slot* slot = m_grid.Previous(back); ++back) {
+        if (slot->Code < kGracenoteCode) {
+            slot->Paused = true;
+            return true;
+        }
+    }
+    return false;
 }
 
 // The first signature of a tune is its signature; one that the font has no glyph for ("3_8",

@@ -40,6 +40,7 @@ private:
     bool ReadFullItem(std::int32_t token);
     void ReadFullTimeSig(std::int32_t token);
     void MarkTriplet();
+    bool PauseLastNote();
     void StoreTexts(const QString& title, const QString& type, const QString& composer);
     void Match(std::int32_t token);
     void Clef();

@@ -13,6 +13,8 @@ namespace {
 constexpr std::int32_t kBarsPerLine = 4;
 // The first bar of a line keeps this room (thousandths of an inch) for its clef and signature.
 constexpr std::int32_t kLineStartRoom = 600;
+// A score has no pause sign: the note under one is played twice its length instead.
+constexpr float kPauseHold = 2.0f;
 
 struct Place {
     std::int32_t Line;
@@ -107,6 +109,8 @@ void WriteRow(CPipeDoc& doc, CBar& bar, std::span<const NoteGrid::Slot> notes, s
         if (slot.Dotted)
             note->Dot = 1;
         note->Ending = slot.Ending;
+        if (slot.Paused)
+            note->Hold = kPauseHold;
         if (slot.Beamed) {
             if (beam == nullptr)
                 beam = bar.NewGroup(doc);
