@@ -131,6 +131,10 @@ check "a tune without heading texts imports in full" \
     test "$(status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 0
 check "but not strictly, where it is a broken file" \
     test "$(status_of "$cli" convert --strict "$work/broken.bww" "$work/untitled.skb")" = 1
+mkdir -p "$work/strict-config"
+printf '[Settings]\nStrictBWW=1\n' >"$work/strict-config/Corrieval4 Book.ini"
+check "nor with StrictBWW in the settings" \
+    test "$(CORRIEVAL_CONFIG_DIR="$work/strict-config" status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 1
 check "a batch with a broken file exits 1" \
     test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert --to png --out "$work/batch" --dpi 20 --strict "$tune" "$work/broken.bww")" = 1
 "$cli" convert --dpi 20 --strict "$tune" "$work/single.png" >/dev/null
