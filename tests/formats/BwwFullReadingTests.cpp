@@ -173,6 +173,10 @@ TEST(BwwFullReading, EachTuneOfASetHasItsOwnHeadingsTempoAndPage)
     EXPECT_EQ(score->Pages.size(), 2u);
     EXPECT_EQ(MusicAreas(*score).size(), 2u);
     EXPECT_EQ(score->Tempo, 96);
+    // Texts after the last tune's music begin no tune.
+    const ReadTune trailing(kHeader + "& E_4 !t\r\n\"Arr. by Me\",(M,R)\r\n", bww::Reading::Full);
+    EXPECT_TRUE(trailing.Doc->FollowingTunes.empty());
+    EXPECT_EQ(trailing.Doc->RightText.Text, QStringLiteral("Trad."));
     // Strictly it is one tune, with the second title passed over.
     EXPECT_TRUE(ReadTune(set, bww::Reading::Strict).Doc->FollowingTunes.empty());
 }

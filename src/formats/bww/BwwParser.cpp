@@ -267,10 +267,12 @@ void Parser::StartFurtherTune()
     m_partNumber = 1;
     m_barCount = 0;
     m_anacrusis = 2;
-    // Another file's header, up to the tune's first clef; a set that ends in texts has no
-    // further tune.
-    if (!FullHeader())
+    m_tieOpen = false;
+    // The tune's own header, up to its first clef. Texts that end the file begin no tune.
+    if (!FullHeader()) {
         m_firstTune.FollowingTunes.pop_back();
+        m_doc = m_firstTune.FollowingTunes.empty() ? &m_firstTune : m_firstTune.FollowingTunes.back().get();
+    }
 }
 
 void Parser::StoreTexts(const QString& title, const QString& type, const QString& composer)
