@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QThread>
 #include <QTimer>
+
 #include <algorithm>
 #include <chrono>
 #include <memory>

@@ -11,6 +11,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+
 #include <functional>
 #include <map>
 #include <variant>

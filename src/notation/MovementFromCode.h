@@ -29,9 +29,9 @@ struct MovementMade {
 
 // Turns an older note record into a note or a movement at (x, y), `height` high, and adds it to
 // the bar. A plain note joins `tie` when one is given; a movement is built from its definition in
-// the settings store, read through `definitions`. `made` is updated only when something was added: the
-// conversion of older files reuses the count it held before. An unknown or refused code is reported to the
-// user and ignored, as is a movement whose definition is missing or unusable.
+// the settings store, read through `definitions`. `made` is updated only when something was added: the conversion of older
+// files reuses the count it held before. An unknown or refused code is reported to the user and
+// ignored, as is a movement whose definition is missing or unusable.
 void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, float height, CTieEx* tie,
                       RepeatLink repeat, MovementDefinitionCache& definitions, MovementMade& made);
 

@@ -4,6 +4,7 @@
 #include "formats/glenmarch/PipeDoc.h"
 #include "formats/score/ScoreFile.h"
 
+
 namespace corrieval {
 
 std::unique_ptr<CPipeDoc> ReadBww(const QByteArray& bytes, bww::ImportLog& log)
