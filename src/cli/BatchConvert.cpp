@@ -89,7 +89,11 @@ public:
             m_loop.exec();
         m_progress.Clear();
         m_err << Counted(Total(), "file") << ": " << m_converted << " converted, " << Total() - m_converted
-              << " refused, " << Counted(m_messages, "message") << Qt::endl;
+              << " refused, " << Counted(m_messages, "message");
+        // With --report, the words of the tunes that could not be placed.
+        if (m_passedOver > 0)
+            m_err << ", " << Counted(m_passedOver, "word") << " passed over";
+        m_err << Qt::endl;
         return m_converted == Total() ? Success : FileFailed;
     }
 
@@ -142,7 +146,9 @@ private:
         m_converted += refused ? 0 : 1;
 
         m_progress.Clear();
-        m_out << QString::fromUtf8(child.Process.readAllStandardOutput()) << Qt::flush;
+        const QString output = QString::fromUtf8(child.Process.readAllStandardOutput());
+        m_passedOver += static_cast<int>(output.count(QLatin1String(": passed over ")));
+        m_out << output << Qt::flush;
         QString errors = QString::fromUtf8(child.Process.readAllStandardError());
         if (!errors.isEmpty() && !errors.endsWith(QLatin1Char('\n')))
             errors += QLatin1Char('\n');
@@ -181,6 +187,7 @@ private:
     std::vector<std::unique_ptr<Child>> m_children;
     int m_done = 0;
     int m_converted = 0;
+    int m_passedOver = 0;
     int m_messages = 0;
 };
 

@@ -55,6 +55,7 @@ struct ConvertLine {
     QCommandLineOption Dpi{QStringLiteral("dpi"), QString(), QStringLiteral("N"), QStringLiteral("150")};
     QCommandLineOption Print{QStringLiteral("print")};
     QCommandLineOption Report{QStringLiteral("report")};
+    QCommandLineOption Strict{QStringLiteral("strict")};
     PlayOptions Play; // for .wav output
     // The batch form: every file given is an input.
     QCommandLineOption To{QStringLiteral("to"), QString(), QStringLiteral("FMT")};
@@ -62,7 +63,7 @@ struct ConvertLine {
 
     ConvertLine()
     {
-        Parser.addOptions({Dpi, Print, Report, To, OutDir});
+        Parser.addOptions({Dpi, Print, Report, Strict, To, OutDir});
         Play.AddTo(Parser);
     }
     bool Parse(const QStringList& args)
@@ -76,7 +77,7 @@ struct ConvertLine {
     {
         QStringList args;
         for (const QCommandLineOption& option :
-             QList<QCommandLineOption>{Dpi, Print, Report} + Play.Options()) {
+             QList<QCommandLineOption>{Dpi, Print, Report, Strict} + Play.Options()) {
             if (!Parser.isSet(option))
                 continue;
             args << QStringLiteral("--") + option.names().front();
@@ -199,6 +200,8 @@ int RunConvert(const QStringList& args, QTextStream& stdOut, QTextStream& err)
     if (const QString* problem = std::get_if<QString>(&plan))
         return ReportUsage(err, *problem);
     bww::ImportLog log;
+    if (line.Parser.isSet(line.Strict))
+        log.Mode = bww::Reading::Strict;
     const int status = std::get<Conversion>(plan)(log, stdOut, err);
     if (line.Parser.isSet(line.Report))
         PrintPassedWords(files[0], log, stdOut);

@@ -8,6 +8,7 @@
 #include "formats/score/ScoreFile.h"
 #include "model/CorrievalDoc.h"
 #include "model/Messages.h"
+#include "platform/ImportSettings.h"
 #include "platform/MovementDefinitions.h"
 
 #include <QFileInfo>
@@ -41,6 +42,9 @@ std::unique_ptr<CCorrievalDoc> ReadGlenmarchTune(const QString& path)
 std::unique_ptr<CCorrievalDoc> ReadMusicWriterTune(const QString& path, bww::ImportLog* keptLog)
 {
     bww::ImportLog log;
+    // Strict when the command line or the settings ask for it.
+    if ((keptLog != nullptr && keptLog->Mode == bww::Reading::Strict) || StrictBwwSetting())
+        log.Mode = bww::Reading::Strict;
     std::unique_ptr<CPipeDoc> tune = LoadBww(path, log);
     if (tune == nullptr)
         throw FileError(path, QStringLiteral("the tune could not be imported"));

@@ -8,7 +8,7 @@ using namespace corrieval::cli;
 
 namespace {
 const char* const kUsage = "usage: corrieval-cli info FILE\n"
-                           "       corrieval-cli convert IN OUT [--print] [--dpi N] [--report]\n"
+                           "       corrieval-cli convert IN OUT [--print] [--dpi N] [--report] [--strict]\n"
                            "       corrieval-cli convert --to FMT --out DIR IN... [OPTIONS]\n"
                            "       corrieval-cli movements\n"
                            "       corrieval-cli sequence SCORE\n"
@@ -21,6 +21,7 @@ const char* const kUsage = "usage: corrieval-cli info FILE\n"
                            "  outline and margin shading. --dpi sets the resolution of .png pages\n"
                            "  (default 150). --report lists the words a .bww or .bmw import passed\n"
                            "  over, \"FILE:LINE: passed over WORD\" a line on standard output.\n"
+                           "  --strict reads a .bww or .bmw tune as the older program did.\n"
                            "  OUT may also be a .wav file, rendered with the PLAY OPTIONS: --tempo BPM\n"
                            "  (default: the score's), --part all|1-4 (one part at full level),\n"
                            "  --instrument bagpipes|chanter|smallpipes-bb|smallpipes-a|smallpipes-c|\n"

@@ -23,7 +23,7 @@ const CScoObj* AddPlainNote(const OlderNote& older, NoteDuration duration, CBarE
     note->Duration = duration;
     note->DotCut = older.Dot;
     note->GraceHead = false;
-    note->Weight = 1.0f;
+    note->Weight = older.Weight;
     note->RepeatKind = repeat.Kind;
     note->RepeatId = repeat.Kind > 0 ? repeat.Id : 0;
     note->UpdateChars();

@@ -16,6 +16,7 @@ struct OlderNote {
     std::uint32_t Code = 2;     // note or movement code
     std::int32_t Position = 24; // the older stave position: the pitch is 30 less it
     std::int32_t Dot = 0;
+    float Weight = 1.0f; // a plain note's share of its length in playing
 };
 
 // What MovementFromCode made: the movement's display name (empty for a note), its number of

@@ -108,7 +108,7 @@ check "saying so" grep -q "^The audio engine could not be initialised." "$work/e
 # Imports: their messages name the file, --report lists the words passed over, and the batch form
 # converts each file in a child process of its own, so that one broken file refuses only itself.
 tune=$(dirname "$0")/../../data/examples/Corrieval_March.bww
-printf "Bagpipe Reader:1.0\n\n& sharpf sharpc 2_4\nI!'' LA_4 B_4 ''!I\n" >"$work/broken.bww" # no heading texts
+printf "Bagpipe Reader:1.0\n\n& sharpf sharpc 2_4\nI!'' LA_4 B_4 ''!I\n" >"$work/broken.bww" # no heading texts, which only --strict refuses
 cat >"$work/words.bww" <<'EOF'
 Bagpipe Reader:1.0
 "Passed Over",(T,C,0,0,Times New Roman,16,700,0,0,18,0,0,0)
@@ -127,9 +127,17 @@ check "lists the first 10,000 and says so" test "$(wc -l <"$work/out") $(tail -n
 check "--report on a score lists nothing" test "$(status_of "$cli" convert --report "$example" "$work/r.skb")" = 0
 check "nothing at all" test ! -s "$work/out"
 # Without a runtime folder Qt warns in every child; such lines pass through but are not messages.
+check "a tune without heading texts imports in full" \
+    test "$(status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 0
+check "but not strictly, where it is a broken file" \
+    test "$(status_of "$cli" convert --strict "$work/broken.bww" "$work/untitled.skb")" = 1
+mkdir -p "$work/strict-config"
+printf '[Settings]\nStrictBWW=1\n' >"$work/strict-config/Corrieval4 Book.ini"
+check "nor with StrictBWW in the settings" \
+    test "$(CORRIEVAL_CONFIG_DIR="$work/strict-config" status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 1
 check "a batch with a broken file exits 1" \
-    test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert --to png --out "$work/batch" --dpi 20 "$tune" "$work/broken.bww")" = 1
-"$cli" convert --dpi 20 "$tune" "$work/single.png" >/dev/null
+    test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert --to png --out "$work/batch" --dpi 20 --strict "$tune" "$work/broken.bww")" = 1
+"$cli" convert --dpi 20 --strict "$tune" "$work/single.png" >/dev/null
 check "the good file is drawn with the options given" cmp -s "$work/batch/Corrieval_March.png" "$work/single.png"
 check "and named on standard output" grep -qx "$work/batch/Corrieval_March.png" "$work/out"
 check "the broken file writes nothing" test ! -e "$work/batch/broken.png"

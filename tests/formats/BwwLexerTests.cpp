@@ -115,13 +115,20 @@ TEST(BwwLexer, TitlesAndTheirKinds)
 TEST(BwwLexer, OverlongWordsAndTitlesAreErrorsNotOverruns)
 {
     RecordingMessages messages;
-    ImportLog log;
     const QByteArray word(128, 'a');
-    Scan(word + " \"" + QByteArray(500, 'b') + "\" " + QByteArray(127, 'c'), log);
+    const QByteArray text = word + " \"" + QByteArray(500, 'b') + "\" " + QByteArray(127, 'c');
+    ImportLog log;
+    log.Mode = Reading::Strict;
+    Scan(text, log);
     ASSERT_EQ(messages.Texts.size(), 2);
     EXPECT_EQ(messages.Texts[0], QStringLiteral("Error on line 0: lexer error \n tokenval = -1"));
     EXPECT_TRUE(messages.Texts[1].contains(QLatin1String("title error")));
     EXPECT_TRUE(log.ErrorFlag);
+    // The full reading cuts them short instead.
+    ImportLog full;
+    Scan(text, full);
+    EXPECT_EQ(messages.Texts.size(), 2);
+    EXPECT_FALSE(full.ErrorFlag);
 }
 
 TEST(BwwLexer, ClefsCountTheLinesAndOtherBytesArePassedOver)

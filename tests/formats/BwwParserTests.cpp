@@ -42,10 +42,11 @@ TEST(BwwParser, HeaderTextsGoByTheirKind)
     EXPECT_TRUE(messages.Texts.isEmpty());
 }
 
-TEST(BwwParser, HeadersThatFallShortAreRefused)
+TEST(BwwParser, HeadersThatFallShortAreRefusedWhenStrict)
 {
     RecordingMessages messages;
     bww::ImportLog log;
+    log.Mode = bww::Reading::Strict;
     EXPECT_EQ(ReadBww("\"Title\"\n\"March\"\n& E_4 !t", log), nullptr);
     EXPECT_EQ(messages.Texts, QStringList{QStringLiteral("Invalid BMW file!")});
     EXPECT_EQ(messages.LastKind, MessageKind::Warning);
@@ -58,10 +59,11 @@ TEST(BwwParser, HeadersThatFallShortAreRefused)
     EXPECT_EQ(doc->CentreText.Text, QStringLiteral("Unknown"));
 }
 
-TEST(BwwParser, SixFourIsAlwaysAMismatch)
+TEST(BwwParser, SixFourIsAlwaysAMismatchWhenStrict)
 {
     RecordingMessages messages;
     bww::ImportLog log;
+    log.Mode = bww::Reading::Strict;
     EXPECT_EQ(ReadBww(kHeader + "& 6_4 E_4 !t", log), nullptr);
     ASSERT_FALSE(messages.Texts.isEmpty());
     EXPECT_TRUE(messages.Texts[0].startsWith(QLatin1String("Error on line 1: token misMatch")));

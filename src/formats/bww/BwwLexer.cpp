@@ -48,6 +48,13 @@ void Lexer::Error(ProblemCode code)
     m_log.Error(code, m_textLine, m_staveLine, Value);
 }
 
+void Lexer::Overflow(ProblemCode code)
+{
+    // The full reading keeps what fitted: a long text is cut short, a long word is not a word.
+    if (m_log.Mode == Reading::Strict)
+        Error(code);
+}
+
 bool Lexer::Store(int c)
 {
     if (Lexeme.size() + 1 >= LexemeLimit)
@@ -109,14 +116,26 @@ std::int32_t Lexer::Caret()
 {
     const int c = Get();
     if (c == '3') {
-        Get(); // the pitch after "^3" is one letter, or two for the low and high ones
+        // The pitch after "^3" is one letter, or two for the low and high ones; the newer files
+        // write "^3s" and "^3e" around the triplet instead. Kept in the lexeme for the parser.
+        Lexeme = "^3";
+        if (const int p = Get(); p != kEnd)
+            Store(p);
         const int d = Get();
-        if (!IsLetter(d))
+        if (IsLetter(d))
+            Store(d);
+        else
             Unget(d);
         return Token::Triplet;
     }
     if (c == 't') {
         const int d = Get();
+        // The newer files write "^ts" and "^te" around the tied notes: "^ts" is a tie only to the
+        // full reading, which finds it in the lexeme.
+        if (d == 's' && m_log.Mode == Reading::Full) {
+            Lexeme = "^ts";
+            return Token::Tie;
+        }
         if (d == 'b' || d == 'c' || d == 'd' || d == 'e' || d == 'f')
             return Token::Tie;
         if (d == 'h' || d == 'l') {
@@ -238,7 +257,7 @@ std::int32_t Lexer::Digits(int first)
         c = Get();
     }
     if (overflow)
-        Error(ProblemCode::LexerError);
+        Overflow(ProblemCode::LexerError);
     Unget(c);
     if (const std::size_t symbol = m_symbols.Lookup(Lexeme); symbol != 0) {
         Value = static_cast<std::int32_t>(symbol);
@@ -259,7 +278,7 @@ std::int32_t Lexer::Word(int first)
     while (IsWordChar(c)) {
         if (!Store(c) && !overflow) {
             overflow = true;
-            Error(ProblemCode::LexerError);
+            Overflow(ProblemCode::LexerError);
         }
         if (c == '_') {
             underscore = true;
@@ -297,7 +316,7 @@ std::int32_t Lexer::LengthAfter(std::size_t symbol)
     std::string digits;
     while (IsDigit(c)) {
         if (digits.size() + 1 >= LexemeLimit) {
-            Error(ProblemCode::LexerError);
+            Overflow(ProblemCode::LexerError);
             while (IsDigit(c))
                 c = Get();
             break;
@@ -323,13 +342,19 @@ std::int32_t Lexer::Title()
             return Token::Title;
         if (!Store(c) && !overflow) {
             overflow = true;
-            Error(ProblemCode::TitleError);
+            Overflow(ProblemCode::TitleError);
         }
         c = Get();
     }
     c = Get();
     if (c == '\n')
         return Token::Title;
+    // A text standing among the notes ("01" over a bar) says no kind: the full reading goes on
+    // with the notes after it rather than taking the rest of the line.
+    if (c != ',' && m_log.Mode == Reading::Full) {
+        Unget(c);
+        return Token::Title;
+    }
     // The rest of the line may say what the text is: "(Y," title, "(T," type, "(M," composer.
     bool seenParenthesis = false;
     while (c != '\r' && c != '\n' && c != kEnd) {

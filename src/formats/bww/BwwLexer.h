@@ -19,8 +19,8 @@ public:
 
     Lexer(const QByteArray& text, ImportLog& log);
 
-    // The next token code; sets Value and, for words, numbers and titles, Lexeme, which is
-    // empty for the other tokens.
+    // The next token code; sets Value and, for words, numbers and titles, Lexeme. Of the other
+    // tokens only a triplet ("^3" and what follows it) and the full reading's "^ts" have one.
     std::int32_t Next();
 
     // Clefs counted so far: the line number of the messages.
@@ -38,6 +38,8 @@ public:
 private:
     static constexpr int kEnd = -1;
 
+    // A word, number or text too long for the lexeme buffer.
+    void Overflow(ProblemCode code);
     int Get();
     void Unget(int c);
     std::int32_t Ampersand();

@@ -23,6 +23,8 @@ public:
         bool BeamGoesOn = false; // true for a beam's r note, false for its l note that closes it
         bool Tied = false;
         bool Dotted = false;
+        bool Triplet = false;    // one of three melody notes played as a triplet
+        bool Paused = false;     // under a pause sign
         std::uint8_t Ending = 0; // 1 inside a first-time section, 2 inside a second-time one
     };
     // The lines the tune draws at the two ends of a bar.
@@ -46,6 +48,8 @@ public:
     void DropEmptyLast();
 
     std::size_t RowCount() const { return m_rows; }
+    // The slots in the open bar so far.
+    std::size_t OpenRowSize() const { return m_rowOpen ? m_used[m_rows - 1] : 0; }
     std::span<const Slot> Row(std::size_t row) const { return {m_grid[row].data(), m_used[row]}; }
     const Edges& RowEdges(std::size_t row) const { return m_edges[row]; }
     void Clear();

@@ -2,6 +2,7 @@
 
 #include "formats/archive/CodePage1252.h"
 #include "formats/bww/BwwPartWriter.h"
+#include "formats/bww/BwwWords.h"
 #include "formats/glenmarch/PipeDoc.h"
 
 #include <array>
@@ -105,7 +106,7 @@ QString Decode(const std::string& bytes)
 } // namespace
 
 Parser::Parser(const QByteArray& text, CPipeDoc& doc, ImportLog& log)
-    : m_lexer(text, log), m_doc(doc), m_log(log)
+    : m_lexer(text, log), m_firstTune(doc), m_doc(&doc), m_log(log)
 {
 }
 
@@ -121,15 +122,21 @@ void Parser::Match(std::int32_t token)
 
 bool Parser::Parse()
 {
+    m_doc->ReadStrictly = !Full();
     m_lookahead = m_lexer.Next();
     if (!Header())
         return false;
     while (m_lookahead != Token::EndOfFile && !m_log.ErrorFlag) {
-        while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile)
-            m_lookahead = m_lexer.Next();
+        while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile && !ContinuesStave()) {
+            if (AtFurtherTune())
+                StartFurtherTune();
+            else
+                m_lookahead = m_lexer.Next();
+        }
         if (m_lookahead == Token::EndOfFile)
             break;
-        Clef();
+        if (m_lookahead == Token::Clef)
+            Clef();
         TimeSignature();
         Music();
     }
@@ -144,7 +151,13 @@ bool Parser::Parse()
 
 bool Parser::Header()
 {
-    return m_lookahead == Token::Title ? BmwHeader() : BwwHeader();
+    if (m_lookahead == Token::Title)
+        return BmwHeader();
+    if (!Full())
+        return BwwHeader();
+    // A file of texts alone is a tune without music.
+    FullHeader();
+    return true;
 }
 
 bool Parser::BmwHeader()
@@ -154,6 +167,10 @@ bool Parser::BmwHeader()
     for (QString& text : texts) {
         text = Decode(m_lexer.Lexeme);
         Match(Token::Title);
+        if (m_lookahead != Token::Title && Full()) {
+            StoreTexts(texts[0], texts[1], texts[2]);
+            return true;
+        }
         if (m_lookahead != Token::Title) {
             m_log.Warning(ProblemCode::InvalidBmw, m_lexer.TextLine(), ProblemText(ProblemCode::InvalidBmw));
             return false;
@@ -198,12 +215,72 @@ bool Parser::BwwHeader()
     return true;
 }
 
+bool Parser::FullHeader()
+{
+    QString title;
+    QString type;
+    QString composer;
+    while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile) {
+        if (m_lookahead == Token::Title) {
+            const QString text = Decode(m_lexer.Lexeme);
+            const char kind = m_lexer.TitleKind();
+            QString* target = kind == 'M' ? &composer : kind == 'T' ? &type : kind == 'Y' ? &title : nullptr;
+            if (target != nullptr && !text.contains(QLatin1String("Converted")))
+                *target = text;
+        } else if (m_lookahead == Token::Unknown && m_lexer.Lexeme == "TuneTempo") {
+            m_lookahead = m_lexer.Next();
+            if (m_lookahead == Token::Number)
+                m_doc->WrittenTempo = m_lexer.Lexeme.size() < 4 ? std::stoi(m_lexer.Lexeme) : 0;
+            continue;
+        }
+        m_lookahead = m_lexer.Next();
+    }
+    StoreTexts(title, type, composer);
+    return m_lookahead == Token::Clef;
+}
+
+// Music after a line end with no clef of its own: the full reading takes it as the stave going on.
+bool Parser::ContinuesStave() const
+{
+    const std::int32_t t = m_lookahead;
+    return Full() && ((t >= 0 && t < Token::Clef) || t == Token::BarLine ||
+                      (t >= Token::LowG && t <= Token::RepeatEndDots) || t == Token::FirstTime ||
+                      t == Token::SecondTime);
+}
+
+// A named text after music has been read begins the next tune of a set.
+bool Parser::AtFurtherTune() const
+{
+    return Full() && m_lookahead == Token::Title && m_lexer.TitleKind() != 'X' &&
+           (m_grid.RowCount() > 0 || !m_doc->Parts.empty());
+}
+
+void Parser::StartFurtherTune()
+{
+    m_grid.DropEmptyLast();
+    if (m_grid.RowCount() > 0)
+        FinishPart();
+    auto tune = std::make_unique<CPipeDoc>();
+    tune->BeatDoubling = 0;
+    m_doc = tune.get();
+    m_firstTune.FollowingTunes.push_back(std::move(tune));
+    m_partNumber = 1;
+    m_barCount = 0;
+    m_anacrusis = 2;
+    m_tieOpen = false;
+    // The tune's own header, up to its first clef. Texts that end the file begin no tune.
+    if (!FullHeader()) {
+        m_firstTune.FollowingTunes.pop_back();
+        m_doc = m_firstTune.FollowingTunes.empty() ? &m_firstTune : m_firstTune.FollowingTunes.back().get();
+    }
+}
+
 void Parser::StoreTexts(const QString& title, const QString& type, const QString& composer)
 {
     const auto clean = [](QString text) { return text.replace(QLatin1String("\r\n"), QLatin1String(" - ")); };
-    m_doc.CentreText.Text = clean(title.isEmpty() ? QStringLiteral("Unknown") : title);
-    m_doc.LeftText.Text = clean(type);
-    m_doc.RightText.Text = clean(composer);
+    m_doc->CentreText.Text = clean(title.isEmpty() ? QStringLiteral("Unknown") : title);
+    m_doc->LeftText.Text = clean(type);
+    m_doc->RightText.Text = clean(composer);
 }
 
 void Parser::Clef()
@@ -216,7 +293,12 @@ void Parser::TimeSignature()
     if (!IsTimeSig(m_lookahead))
         return;
     const std::int32_t token = m_lookahead;
-    m_doc.TimeSigText = TimeSigGlyph(token);
+    if (Full()) {
+        ReadFullTimeSig(token);
+        Match(token);
+        return;
+    }
+    m_doc->TimeSigText = TimeSigGlyph(token);
     // The older program matched 6_4 against 5_4, so that a tune in 6_4 never imported; users'
     // files were written against that, and it stays.
     Match(token == Token::SixFour ? Token::SixFour - 1 : token);
@@ -224,7 +306,7 @@ void Parser::TimeSignature()
 
 void Parser::Music()
 {
-    while (m_lookahead != Token::EndOfFile) {
+    while (m_lookahead != Token::EndOfFile && !AtFurtherTune()) {
         const std::int32_t bar = BarLineStep();
         if (bar == Token::RepeatEnd || bar == Token::RepeatEndDots || bar == Token::LineEnd)
             return;
@@ -296,6 +378,7 @@ void Parser::OpenEnding(std::int32_t token)
 void Parser::NotesStep()
 {
     m_rowRefused = !m_grid.NewRow(m_nextStart);
+    m_tripletStart = 0;
     m_nextStart = CBar::Edge::Plain;
     if (m_rowRefused && !m_partTooLongShown) {
         m_partTooLongShown = true;
@@ -305,7 +388,7 @@ void Parser::NotesStep()
     const auto endsBar = [this] {
         return m_lookahead == Token::RepeatEnd || m_lookahead == Token::RepeatEndDots ||
                m_lookahead == Token::LineEnd || m_lookahead == Token::BarLine ||
-               m_lookahead == Token::EndOfFile;
+               m_lookahead == Token::EndOfFile || AtFurtherTune();
     };
     while (!endsBar()) {
         ReadItem();
@@ -317,6 +400,10 @@ void Parser::NotesStep()
 void Parser::AddSlot(NoteGrid::Slot slot)
 {
     slot.Ending = m_ending;
+    if (m_tieOpen && slot.Code < kGracenoteCode && !m_tieMarked) {
+        slot.Tied = true;
+        m_tieMarked = true;
+    }
     if (m_grid.Add(slot) || m_rowRefused || m_barTooLongShown)
         return;
     m_barTooLongShown = true;
@@ -327,6 +414,8 @@ void Parser::ReadItem()
 {
     const std::int32_t token = m_lookahead;
     const std::int32_t length = m_lexer.Value;
+    if (Full() && ReadFullItem(token))
+        return;
     if (const std::int32_t position = MovementPosition(token); position != 0) {
         AddSlot({.Code = token, .Pitch = position});
     } else if (token >= Token::LowG && token <= Token::HighALeft) {
@@ -361,11 +450,110 @@ void Parser::ReadItem()
         if (m_grid.Previous(1) == nullptr)
             m_grid.SetStart(StartEdge(token));
     } else if (token == Token::Unknown && IsKeySigWord(m_lexer.Lexeme)) {
-        m_doc.ShowKeySig = true;
+        m_doc->ShowKeySig = true;
     } else if (!m_lexer.Lexeme.empty()) {
         m_log.PassOver(m_lexer.TextLine(), Decode(m_lexer.Lexeme));
     }
     Match(token);
+}
+
+// The words that the full reading takes otherwise than the older program did; false for the
+// others, which are read as it read them.
+bool Parser::ReadFullItem(std::int32_t token)
+{
+    const std::string word = m_lexer.Lexeme;
+    if (IsTimeSig(token) || (token == Token::Number && word.find('_') != std::string::npos)) {
+        ReadFullTimeSig(token);
+    } else if (token == Token::Triplet) {
+        if (word == "^3s")
+            m_tripletStart = m_grid.OpenRowSize();
+        else
+            MarkTriplet();
+    } else if (token == Token::Tie && (word == "^ts" || m_tieOpen)) {
+        // "^ts" ties the next melody note to the one after it; its "^te" closes it.
+        m_tieOpen = word == "^ts";
+        m_tieMarked = false;
+    } else if (word.starts_with("fermat")) {
+        // A pause over no note of this bar is listed instead.
+        if (!PauseLastNote())
+            return false;
+    } else if (word == "space") {
+        // Spacing of the older program's page, which the score lays out itself.
+    } else if (word == "REST_") {
+        // A score has no rest: it is listed with its length.
+        const std::int32_t line = m_lexer.TextLine();
+        Match(token);
+        QString rest = QString::fromStdString(word);
+        if (m_lookahead == Token::Number) {
+            rest += QString::fromStdString(m_lexer.Lexeme);
+            Match(Token::Number);
+        }
+        m_log.PassOver(line, rest);
+        return true;
+    } else if (const auto movement = token < Token::LowG ? LookUpMovementWord(word) : std::nullopt) {
+        if (movement->Code != 0) {
+            const std::int32_t position = MovementPosition(movement->Code);
+            AddSlot({.Code = movement->Code, .Pitch = position != 0 ? position : kLowGPosition});
+        } else {
+            for (const char digit : movement->Gracenotes)
+                AddSlot({.Code = kGracenoteCode, .Pitch = GracenotePosition(digit)});
+        }
+    } else {
+        return false;
+    }
+    Match(token);
+    return true;
+}
+
+// Marks the last melody note of the bar as held; false when the bar has none.
+bool Parser::PauseLastNote()
+{
+    for (std::size_t back = 1; NoteGrid::Slot* slot = m_grid.Previous(back); ++back) {
+        if (slot->Code < kGracenoteCode) {
+            slot->Paused = true;
+            return true;
+        }
+    }
+    return false;
+}
+
+// The first signature of a tune is its signature; one that the font has no glyph for ("3_8",
+// "2_16") is a custom one.
+void Parser::ReadFullTimeSig(std::int32_t token)
+{
+    if (!m_doc->TimeSigText.isEmpty() || m_doc->CustomBeats > 0)
+        return;
+    if (token != Token::Number) {
+        m_doc->TimeSigText = TimeSigGlyph(token);
+        return;
+    }
+    const std::string& word = m_lexer.Lexeme;
+    const std::size_t split = word.find('_');
+    const int beats = split >= 1 && split <= 2 ? std::atoi(word.substr(0, split).c_str()) : 0;
+    const int unit = std::atoi(word.substr(split + 1, 2).c_str());
+    if (beats < 1 || (unit != 2 && unit != 4 && unit != 8 && unit != 16))
+        return;
+    m_doc->CustomBeats = beats;
+    m_doc->CustomUnit = unit;
+}
+
+// The last three melody notes of the bar, from the "^3s" that opened the triplet when there was
+// one, are played as a triplet.
+void Parser::MarkTriplet()
+{
+    std::array<NoteGrid::Slot*, 3> notes{};
+    std::size_t found = 0;
+    const std::size_t size = m_grid.OpenRowSize();
+    for (std::size_t back = 1; back + m_tripletStart <= size && found < notes.size(); ++back) {
+        NoteGrid::Slot* slot = m_grid.Previous(back);
+        if (slot != nullptr && slot->Code < kGracenoteCode)
+            notes[found++] = slot;
+    }
+    m_tripletStart = 0;
+    if (found < notes.size())
+        return;
+    for (NoteGrid::Slot* note : notes)
+        note->Triplet = true;
 }
 
 void Parser::FinishPart()
@@ -373,7 +561,7 @@ void Parser::FinishPart()
     // An odd number of bars means an upbeat bar opened the part.
     if (m_grid.RowCount() % 2 == 1)
         m_anacrusis = CPart::Upbeat;
-    WritePart(m_doc, m_grid,
+    WritePart(*m_doc, m_grid,
               {.Number = m_partNumber, .Anacrusis = m_anacrusis, .FirstTime = m_firstTimeSeen});
     ++m_partNumber;
     m_barCount = 0;

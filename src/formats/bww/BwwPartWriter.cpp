@@ -2,6 +2,7 @@
 
 #include "formats/glenmarch/PipeDoc.h"
 
+#include <array>
 #include <cmath>
 #include <memory>
 
@@ -12,6 +13,8 @@ namespace {
 constexpr std::int32_t kBarsPerLine = 4;
 // The first bar of a line keeps this room (thousandths of an inch) for its clef and signature.
 constexpr std::int32_t kLineStartRoom = 600;
+// A score has no pause sign: the note under one is played twice its length instead.
+constexpr float kPauseHold = 2.0f;
 
 struct Place {
     std::int32_t Line;
@@ -60,6 +63,16 @@ public:
         m_previous = id;
     }
 
+    // A melody note of a triplet: each three make one.
+    void TripletNote(std::int32_t id)
+    {
+        m_triplet[m_tripletSize++] = id;
+        if (m_tripletSize < m_triplet.size())
+            return;
+        Make(m_triplet[0], m_triplet[1], m_triplet[2]);
+        m_tripletSize = 0;
+    }
+
 private:
     void Make(std::int32_t first, std::int32_t second, std::int32_t third)
     {
@@ -76,6 +89,8 @@ private:
     std::int32_t m_state = 0;
     std::int32_t m_previous = 0;
     std::int32_t m_beforePrevious = 0;
+    std::array<std::int32_t, 3> m_triplet{};
+    std::size_t m_tripletSize = 0;
 };
 
 void WriteRow(CPipeDoc& doc, CBar& bar, std::span<const NoteGrid::Slot> notes, std::int32_t leftRoom,
@@ -94,6 +109,8 @@ void WriteRow(CPipeDoc& doc, CBar& bar, std::span<const NoteGrid::Slot> notes, s
         if (slot.Dotted)
             note->Dot = 1;
         note->Ending = slot.Ending;
+        if (slot.Paused)
+            note->Hold = kPauseHold;
         if (slot.Beamed) {
             if (beam == nullptr)
                 beam = bar.NewGroup(doc);
@@ -101,6 +118,8 @@ void WriteRow(CPipeDoc& doc, CBar& bar, std::span<const NoteGrid::Slot> notes, s
             if (!slot.BeamGoesOn)
                 beam = nullptr;
         }
+        if (slot.Triplet)
+            ties.TripletNote(note->Id);
         ties.Note(note->Id, slot.Tied);
     }
 }

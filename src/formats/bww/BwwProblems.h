@@ -36,6 +36,11 @@ struct PassedWord {
 // The words of each problem, the one table of them.
 QString ProblemText(ProblemCode code);
 
+// How a tune is read. Strict reads it as the older program did, refusing what it refused and
+// passing over the words it had no use for; full reads every word of the format that a score can
+// hold, and several tunes in one file.
+enum class Reading { Full, Strict };
+
 // Everything one import noticed. Each problem is shown through ShowMessage as it is added.
 class ImportLog {
 public:
@@ -47,6 +52,8 @@ public:
     void Warning(ProblemCode code, std::int32_t textLine, const QString& message);
     void PassOver(std::int32_t textLine, const QString& word);
 
+    // Set by the caller before the import.
+    Reading Mode = Reading::Full;
     // Set by Error: the parse goes on to its next test of it, then fails.
     bool ErrorFlag = false;
 

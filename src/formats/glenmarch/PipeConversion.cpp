@@ -77,6 +77,8 @@ void PipeConversion::Run()
     m_timeSigType = m_source.TimeSigText.isEmpty()
                         ? CTimeSig::None
                         : CTimeSig::TimeSigFromChar(m_source.TimeSigText[0].unicode());
+    if (m_source.CustomBeats > 0)
+        m_timeSigType = CTimeSig::Custom;
     CStaveArea& area = AddStaveArea(page, box, box.Y + box.Height / kPageUnits + kAreaGap,
                                     std::min(lines, firstPageLines), true);
     SetTempo();
@@ -143,7 +145,8 @@ void PipeConversion::SetTempo()
 {
     CText& type = m_source.LeftText;
     type.Text = type.Text.toLower();
-    const std::int32_t tempo = TempoForTune(m_timeSigType, type.Text);
+    const std::int32_t tempo =
+        m_source.WrittenTempo > 0 ? m_source.WrittenTempo : TempoForTune(m_timeSigType, type.Text);
     if (tempo != m_doc.Tempo) {
         m_doc.Tempo = tempo;
         m_doc.SetModifiedFlag();
@@ -155,6 +158,8 @@ CStaveArea& PipeConversion::AddStaveArea(CTunePage& page, const RectF& box, floa
 {
     auto area = std::make_unique<CStaveArea>();
     area->SetBounds(box.X, y, box.Width, static_cast<float>(lines) * kLineHeight + kAreaSlack);
+    area->InitialTimeSig.CustomBeats = m_source.CustomBeats;
+    area->InitialTimeSig.CustomUnit = m_source.CustomUnit;
     area->InitialTimeSig.SetType(m_timeSigType);
     area->ShowTimeSig = showTimeSig;
     area->ShowKeySig = m_source.ShowKeySig;
@@ -337,6 +342,13 @@ bool PipeConversion::PlaceLine(CStaveArea& area, std::int32_t line, float y)
 void ConvertPipeDoc(CPipeDoc& source, CCorrievalDoc& target, bool fromText)
 {
     PipeConversion(source, target, fromText).Run();
+    // A score plays at one tempo: the first tune's.
+    const std::int32_t tempo = target.Tempo;
+    for (const auto& tune : source.FollowingTunes) {
+        target.AddPage(target.Pages.size());
+        PipeConversion(*tune, target, fromText).Run();
+    }
+    target.Tempo = tempo;
 }
 
 void ConvertIntoActiveView(std::unique_ptr<CPipeDoc> source, bool fromText)

@@ -216,7 +216,7 @@ const CScoObj* PipeConversion::PlaceBeamed(const CNote& note, const CNoteGroup& 
     const NoteValue value = BeamedNoteValue(note.Code, note.Dot, placing.TimeSig, context);
     made->Duration = value.Duration;
     made->DotCut = value.DotCut;
-    made->Weight = 1.0f;
+    made->Weight = note.Hold;
     made->RepeatKind = m_timing;
     made->RepeatId = m_timing > 0 ? m_repeatId : 0;
     if (CTieEx* tie = TieFor(note.Id))
@@ -232,7 +232,7 @@ const CScoObj* PipeConversion::PlaceSingle(const CNote& note, const BarPlacing& 
 {
     const RectF b = placing.Bar.Bounds();
     m_made.Object = nullptr;
-    const OlderNote older{static_cast<std::uint32_t>(note.Code), note.Pitch, note.Dot};
+    const OlderNote older{static_cast<std::uint32_t>(note.Code), note.Pitch, note.Dot, note.Hold};
     MovementFromCode(older, placing.Bar, x, b.Y, b.Height, TieFor(note.Id),
                      RepeatLink{m_timing, m_timing > 0 ? m_repeatId : 0}, m_definitions, m_made);
     const std::int32_t count = m_made.NoteCount;

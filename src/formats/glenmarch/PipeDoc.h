@@ -93,6 +93,14 @@ public:
     // Not stored: a BWW tune that writes the key signature (its "sharpf" and "sharpc") has it
     // shown.
     bool ShowKeySig = false;
+    // Not stored either; what only the full reading of a BWW tune fills in. A signature that
+    // the font has no glyph for ("3_8") is a custom one of these beats and unit; 0 beats: none.
+    std::int32_t CustomBeats = 0;
+    std::int32_t CustomUnit = 4;
+    std::int32_t WrittenTempo = 0; // the tune's own "TuneTempo", 0 when it gives none
+    bool ReadStrictly = false;     // read as the older program read BWW tunes, page and all
+    // A BWW file may hold a set: the tunes after this one, each converted on a page of its own.
+    std::vector<std::unique_ptr<CPipeDoc>> FollowingTunes;
     std::int32_t NextNoteId = 1;
     std::int32_t NextGroupId = 1;
 

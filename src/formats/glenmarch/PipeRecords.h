@@ -49,6 +49,8 @@ public:
     // Not stored: the first-or-second-time section a BWW tune writes the note in (CBarConfig's
     // Ending values). Glenmarch files mark their endings through parts and bar kinds instead.
     std::uint8_t Ending = 0;
+    // Not stored: a BWW tune's pause sign over the note holds it this many times its length.
+    float Hold = 1.0f;
 };
 
 // One beam: the ids of its notes and the extremes of their pitches and places.
