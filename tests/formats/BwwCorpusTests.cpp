@@ -23,8 +23,7 @@ QString CorpusDir()
 {
     if (const QString dir = qEnvironmentVariable("CORRIEVAL_BWW_CORPUS"); !dir.isEmpty())
         return dir;
-    const QDir root = QFileInfo(QStringLiteral(__FILE__)).dir().filePath(QStringLiteral("../.."));
-    return root.filePath(QStringLiteral("../shared/corpus/bww"));
+    return QDir(QStringLiteral(CORRIEVAL_SOURCE_DIR)).filePath(QStringLiteral("../shared/corpus/bww"));
 }
 
 bool IsImportMessage(const QString& text)
