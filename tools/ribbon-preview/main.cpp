@@ -7,12 +7,15 @@
 #include "shell/ribbon/LookPalette.h"
 #include "shell/ribbon/Ribbon.h"
 #include "shell/ribbon/RibbonGallery.h"
+#include "shell/ribbon/RibbonIcons.h"
 #include "shell/ribbon/RibbonLayout.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QMenu>
+#include <QPainter>
 #include <QStyleFactory>
 #include <cstdio>
 
@@ -35,6 +38,25 @@ void FillPaletteGalleries(const ribbon::RibbonControls& controls)
         for (int item = 0; item < 9; ++item)
             gallery->AddRibbonItem(QLatin1String(icons[i]), QStringLiteral("Item %1").arg(item));
     }
+}
+
+// Every ribbon icon, large over small, on the window's colour.
+QPixmap IconSheet(const QPalette& palette)
+{
+    const QStringList names = QDir(QStringLiteral(":/ribbon/icons/32")).entryList();
+    constexpr int kCell = 40;
+    constexpr int kPerRow = 20;
+    const int rows = (static_cast<int>(names.size()) + kPerRow - 1) / kPerRow;
+    QPixmap sheet(kPerRow * kCell, rows * kCell * 2);
+    sheet.fill(palette.color(QPalette::Window));
+    QPainter painter(&sheet);
+    for (int i = 0; i < names.size(); ++i) {
+        const QIcon icon = ribbon::RibbonIcon(QFileInfo(names[i]).baseName(), palette);
+        const QPoint cell((i % kPerRow) * kCell, (i / kPerRow) * kCell * 2);
+        painter.drawPixmap(cell + QPoint(4, 4), icon.pixmap(32));
+        painter.drawPixmap(cell + QPoint(12, kCell + 8), icon.pixmap(16));
+    }
+    return sheet;
 }
 
 bool Save(const QPixmap& picture, const QString& path)
@@ -87,6 +109,8 @@ int main(int argc, char** argv)
             saved &= Save(ribbon.grab(),
                           folder.filePath(QStringLiteral("%1-%2.png").arg(QLatin1String(name), category)));
         }
+        saved &= Save(IconSheet(QApplication::palette()),
+                      folder.filePath(QStringLiteral("%1-icons.png").arg(QLatin1String(name))));
         QMenu* file = ribbon.ApplicationMenu();
         file->adjustSize();
         saved &=

@@ -5,6 +5,7 @@
 #include <QStyle>
 #include <QStyleFactory>
 #include <memory>
+#include <utility>
 
 namespace corrieval::ribbon {
 
@@ -51,26 +52,27 @@ QPalette MakePalette(const LookColours& c)
     return palette;
 }
 
+// Window, base, alternate base, text, button, highlight, highlighted text, disabled text, mid.
+const std::pair<int, LookColours> kLooks[] = {
+    {command::StyleBlue,
+     {"#eef2f7", "#ffffff", "#f5f8fc", "#1c2633", "#f4f7fb", "#2f6fc2", "#ffffff", "#a3adb9", "#6f7c8c"}},
+    {command::StyleBlack,
+     {"#2a2c30", "#1d1f22", "#26282c", "#e4e6ea", "#34373c", "#5b9be6", "#0d1118", "#6c7078", "#9a9fa8"}},
+    {command::StyleSilver,
+     {"#e8e9eb", "#fbfbfc", "#f1f2f3", "#222428", "#f0f1f2", "#5d6b7c", "#ffffff", "#a6a9ae", "#73777e"}},
+    {command::StyleAqua,
+     {"#ecf4f4", "#ffffff", "#f3f9f9", "#17292b", "#f3f8f8", "#11838a", "#ffffff", "#9eb0b1", "#66797b"}},
+};
+
 } // namespace
 
 QPalette LookPalette(int lookId)
 {
-    switch (lookId) {
-    case command::StyleBlue:
-        return MakePalette({"#eef2f7", "#ffffff", "#f5f8fc", "#1c2633", "#f4f7fb", "#2f6fc2", "#ffffff",
-                            "#a3adb9", "#6f7c8c"});
-    case command::StyleBlack:
-        return MakePalette({"#2a2c30", "#1d1f22", "#26282c", "#e4e6ea", "#34373c", "#5b9be6", "#0d1118",
-                            "#6c7078", "#9a9fa8"});
-    case command::StyleSilver:
-        return MakePalette({"#e8e9eb", "#fbfbfc", "#f1f2f3", "#222428", "#f0f1f2", "#5d6b7c", "#ffffff",
-                            "#a6a9ae", "#73777e"});
-    case command::StyleAqua:
-        return MakePalette({"#ecf4f4", "#ffffff", "#f3f9f9", "#17292b", "#f3f8f8", "#11838a", "#ffffff",
-                            "#9eb0b1", "#66797b"});
-    default:
-        return std::unique_ptr<QStyle>(QStyleFactory::create(QStringLiteral("Fusion")))->standardPalette();
+    for (const auto& [id, colours] : kLooks) {
+        if (id == lookId)
+            return MakePalette(colours);
     }
+    return std::unique_ptr<QStyle>(QStyleFactory::create(QStringLiteral("Fusion")))->standardPalette();
 }
 
 } // namespace corrieval::ribbon

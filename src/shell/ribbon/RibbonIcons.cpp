@@ -21,7 +21,7 @@ QString IconPath(const QString& name, int size)
     return QStringLiteral(":/ribbon/icons/%1/%2.svg").arg(size).arg(name);
 }
 
-QPixmap Render(const QByteArray& drawing, int size, const QColor& line, const QColor& accent,
+QPixmap Render(const QByteArray& drawing, int size, int scale, const QColor& line, const QColor& accent,
                const QColor& fill)
 {
     QByteArray svg = drawing;
@@ -29,14 +29,12 @@ QPixmap Render(const QByteArray& drawing, int size, const QColor& line, const QC
     svg.replace(kAccentColour, accent.name().toLatin1());
     svg.replace(kFillColour, fill.name().toLatin1());
     QSvgRenderer renderer(svg);
-    // Drawn at twice the size, so that a high-density screen gets sharp lines too.
-    constexpr int kScale = 2;
-    QPixmap pixmap(size * kScale, size * kScale);
+    QPixmap pixmap(size * scale, size * scale);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     renderer.render(&painter);
     painter.end();
-    pixmap.setDevicePixelRatio(kScale);
+    pixmap.setDevicePixelRatio(scale);
     return pixmap;
 }
 
@@ -51,11 +49,14 @@ QIcon RibbonIcon(const QString& name, const QPalette& palette)
             return {};
         const QByteArray drawing = file.readAll();
         const QColor fill = palette.color(QPalette::Base);
-        icon.addPixmap(Render(drawing, size, palette.color(QPalette::ButtonText),
-                              palette.color(QPalette::Highlight), fill),
-                       QIcon::Normal);
         const QColor grey = palette.color(QPalette::Disabled, QPalette::ButtonText);
-        icon.addPixmap(Render(drawing, size, grey, grey, fill), QIcon::Disabled);
+        // Drawn for ordinary screens and at twice the size for high-density ones, each sharp.
+        for (int scale : {1, 2}) {
+            icon.addPixmap(Render(drawing, size, scale, palette.color(QPalette::ButtonText),
+                                  palette.color(QPalette::Highlight), fill),
+                           QIcon::Normal);
+            icon.addPixmap(Render(drawing, size, scale, grey, grey, fill), QIcon::Disabled);
+        }
     }
     return icon;
 }
