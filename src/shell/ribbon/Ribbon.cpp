@@ -72,7 +72,8 @@ Ribbon::Ribbon(QWidget* parent)
     row->setSpacing(2);
 
     m_applicationButton->setObjectName(QStringLiteral("ribbonApplicationButton"));
-    m_applicationButton->setText(tr("File"));
+    // Alt+F opens it, as the File menu does in every desktop program.
+    m_applicationButton->setText(tr("&File"));
     m_applicationButton->setToolTip(tr("File"));
     m_applicationButton->setMenu(m_applicationMenu);
     m_applicationButton->setPopupMode(QToolButton::InstantPopup);

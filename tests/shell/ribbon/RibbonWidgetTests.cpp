@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QImage>
+#include <QLabel>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QStyle>
@@ -26,6 +27,22 @@ QAction* MakeAction(const QString& text, const QString& icon, QObject* owner, bo
     action->setProperty(kIconProperty, icon);
     action->setCheckable(checkable);
     return action;
+}
+
+// How many pixels of `icon` at `size` are drawn close to `colour`.
+int PixelsNear(const QIcon& icon, int size, const QColor& colour)
+{
+    const QImage image = icon.pixmap(size, size).toImage().convertToFormat(QImage::Format_ARGB32);
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (pixel.alpha() > 200 && qAbs(pixel.red() - colour.red()) < 24 &&
+                qAbs(pixel.green() - colour.green()) < 24 && qAbs(pixel.blue() - colour.blue()) < 24)
+                ++count;
+        }
+    }
+    return count;
 }
 
 TEST(RibbonPanel, ControlsMirrorTheirActions)
@@ -58,6 +75,43 @@ TEST(RibbonPanel, ControlsMirrorTheirActions)
     lock->setText(QStringLiteral("Lock all &areas"));
     EXPECT_EQ(large->accessibleName(), QStringLiteral("Lock all areas"));
     EXPECT_EQ(large->text(), QStringLiteral("Lock all\nareas"));
+}
+
+TEST(RibbonPanel, SmallControlsStackThreeToAColumnAndRowsGoSideBySide)
+{
+    RibbonPanel panel(QStringLiteral("Text"));
+    QList<QToolButton*> small;
+    for (const char* name : {"align-left", "align-centre", "align-right", "delete"})
+        small.append(panel.AddSmallButton(MakeAction(QLatin1String(name), QLatin1String(name), &panel)));
+    panel.BeginRow();
+    QLabel* first = panel.AddLabel(QStringLiteral("A"));
+    QLabel* second = panel.AddLabel(QStringLiteral("B"));
+    panel.adjustSize();
+    panel.show();
+    EXPECT_EQ(small[0]->x(), small[1]->x());
+    EXPECT_EQ(small[1]->x(), small[2]->x());
+    EXPECT_LT(small[0]->y(), small[1]->y());
+    EXPECT_LT(small[1]->y(), small[2]->y());
+    EXPECT_GT(small[3]->x(), small[0]->x());
+    EXPECT_EQ(small[3]->y(), small[0]->y());
+    EXPECT_EQ(first->y(), second->y());
+    EXPECT_GT(second->x(), first->x());
+    EXPECT_GT(first->x(), small[3]->x());
+}
+
+TEST(Ribbon, GivesIconsToWhatTheProgramPutsInTheApplicationMenu)
+{
+    Ribbon ribbon;
+    QAction* save = MakeAction(QStringLiteral("&Save"), QStringLiteral("save"), &ribbon);
+    QAction* quick = MakeAction(QStringLiteral("&Quick Print"), QStringLiteral("quick-print"), &ribbon);
+    ribbon.ApplicationMenu()->addAction(save);
+    QMenu* print = ribbon.ApplicationMenu()->addMenu(QStringLiteral("Print"));
+    print->addAction(quick);
+    EXPECT_FALSE(save->icon().isNull());
+    EXPECT_FALSE(quick->icon().isNull());
+    const QPalette dark = LookPalette(command::StyleBlack);
+    ribbon.setPalette(dark);
+    EXPECT_GT(PixelsNear(quick->icon(), 16, dark.color(QPalette::ButtonText)), 0);
 }
 
 TEST(RibbonGallery, ChoiceIsSignalledAndShownOnTheFace)
@@ -138,22 +192,6 @@ TEST(Ribbon, TabsSwitchCategories)
     EXPECT_EQ(ribbon.CurrentCategory(), 0);
     EXPECT_TRUE(tabs[0]->isChecked());
     EXPECT_FALSE(tabs[1]->isChecked());
-}
-
-// How many pixels of `icon` at `size` are drawn close to `colour`.
-int PixelsNear(const QIcon& icon, int size, const QColor& colour)
-{
-    const QImage image = icon.pixmap(size, size).toImage().convertToFormat(QImage::Format_ARGB32);
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor pixel = image.pixelColor(x, y);
-            if (pixel.alpha() > 200 && qAbs(pixel.red() - colour.red()) < 24 &&
-                qAbs(pixel.green() - colour.green()) < 24 && qAbs(pixel.blue() - colour.blue()) < 24)
-                ++count;
-        }
-    }
-    return count;
 }
 
 TEST(RibbonIcon, IsDrawnInThePalettesColours)
