@@ -1,16 +1,17 @@
 #include "shell/AppLook.h"
 
+#include "shell/ribbon/LookPalette.h"
+
 #include <QApplication>
-#include <QStyle>
 
 namespace corrieval {
 
-void ApplyApplicationLook(int /*lookId*/)
+void ApplyApplicationLook(int lookId)
 {
-    // Fusion looks the same on every desktop. The palettes of the four looks come with the ribbon;
-    // until then every look is Fusion's own.
+    // Fusion looks the same on every desktop; each look is a palette on it, which the ribbon and
+    // its icons follow.
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setPalette(QApplication::style()->standardPalette());
+    QApplication::setPalette(ribbon::LookPalette(lookId));
 }
 
 } // namespace corrieval
