@@ -1,9 +1,9 @@
 #include "shell/FrameStatusBar.h"
 
+#include "shell/ribbon/RibbonSlider.h"
+
 #include <QLabel>
 #include <QMenu>
-#include <QSignalBlocker>
-#include <QSlider>
 #include <QToolButton>
 
 namespace corrieval {
@@ -13,7 +13,7 @@ CFrameStatusBar::CFrameStatusBar(QWidget* parent)
       m_link(new QLabel(QStringLiteral("<a href=\"guide\">Corrieval user guide</a>"))),
       m_instrument(new QLabel),
       m_zoomPane(new QToolButton),
-      m_zoomSlider(new QSlider(Qt::Horizontal))
+      m_zoomSlider(new ribbon::RibbonSlider(MinZoom, MaxZoom, 100, 100))
 {
     m_link->setAccessibleName(QStringLiteral("Link to website"));
     m_link->setToolTip(QStringLiteral("Open the user guide"));
@@ -40,9 +40,7 @@ CFrameStatusBar::CFrameStatusBar(QWidget* parent)
 
     m_zoomSlider->setAccessibleName(QStringLiteral("Zoom Slider"));
     m_zoomSlider->setToolTip(QStringLiteral("Zoom"));
-    m_zoomSlider->setRange(MinZoom, MaxZoom);
-    m_zoomSlider->setFixedWidth(100);
-    connect(m_zoomSlider, &QSlider::valueChanged, this, &CFrameStatusBar::ZoomChosen);
+    connect(m_zoomSlider, &ribbon::RibbonSlider::ValueChanged, this, &CFrameStatusBar::ZoomChosen);
     addPermanentWidget(m_zoomSlider);
 
     ShowZoom(100);
@@ -51,8 +49,7 @@ CFrameStatusBar::CFrameStatusBar(QWidget* parent)
 void CFrameStatusBar::ShowZoom(int percent)
 {
     m_zoomPane->setText(QStringLiteral("%1%").arg(percent));
-    const QSignalBlocker quiet(m_zoomSlider);
-    m_zoomSlider->setValue(percent);
+    m_zoomSlider->SetValue(percent);
 }
 
 void CFrameStatusBar::ShowInstrument(const QString& name, const QString& problem)

@@ -3,10 +3,13 @@
 #include <QStatusBar>
 
 class QLabel;
-class QSlider;
 class QToolButton;
 
 namespace corrieval {
+
+namespace ribbon {
+class RibbonSlider;
+}
 
 // The status bar: the link to the guide, the instrument, the zoom as a number that opens a
 // chooser, and the zoom slider from 50 to 300 %.
@@ -37,7 +40,7 @@ private:
     QLabel* m_link;
     QLabel* m_instrument;
     QToolButton* m_zoomPane;
-    QSlider* m_zoomSlider;
+    ribbon::RibbonSlider* m_zoomSlider;
 };
 
 } // namespace corrieval

@@ -10,6 +10,8 @@
 #include "model/SessionState.h"
 #include "platform/SettingsStore.h"
 #include "playback/AudioDevice.h"
+#include "shell/AppLook.h"
+#include "shell/AppSettings.h"
 #include "shell/CommandCatalogue.h"
 #include "shell/CommandTable.h"
 #include "shell/FileFilters.h"
@@ -17,6 +19,9 @@
 #include "shell/QuickStartChooser.h"
 #include "shell/Transport.h"
 #include "shell/WaitCursor.h"
+#include "shell/ribbon/Ribbon.h"
+#include "shell/ribbon/RibbonGallery.h"
+#include "shell/ribbon/RibbonSlider.h"
 
 #include <QAbstractEventDispatcher>
 #include <QAction>
@@ -25,6 +30,8 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMdiArea>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QMenu>
 
 namespace corrieval {
@@ -46,7 +53,9 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
       m_transport(std::make_unique<CTransport>(std::move(devices), samplesFolder, m_highlights)),
       m_commands(new CommandTable(this)),
       m_mdiArea(new QMdiArea(this)),
-      m_statusBar(new CFrameStatusBar(this))
+      m_statusBar(new CFrameStatusBar(this)),
+      m_ribbon(new ribbon::Ribbon(this)),
+      m_look(ReadApplicationLook())
 {
     setWindowTitle(QStringLiteral("Corrieval"));
     m_mdiArea->setViewMode(QMdiArea::TabbedView);
@@ -66,6 +75,7 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
     DefineCommands(*m_commands);
     m_commands->SetRoute([this] { return Route(); });
     addActions(m_commands->Actions().values());
+    BuildRibbon();
 
     // The one guarded way from the score to a window.
     SetActiveViewProvider([this]() -> ScoreView* { return ActiveView(); });
@@ -247,6 +257,50 @@ void CMainFrame::PlayOrStop()
     m_commands->Run(m_transport->IsPlaying() ? command::Stop : command::Play);
 }
 
+void CMainFrame::BuildRibbon()
+{
+    setMenuWidget(m_ribbon);
+    m_controls = ribbon::BuildRibbon(*m_ribbon, [this](int id) { return m_commands->Action(id); });
+    connect(m_controls.InstrumentGallery, &ribbon::RibbonGallery::ItemChosen, this, [this](int index) {
+        if (m_commands->State(command::InstrumentGallery).enabled)
+            m_transport->ChooseInstrument(index);
+    });
+    connect(m_transport.get(), &CTransport::InstrumentShown, m_controls.InstrumentGallery,
+            [this](int index) { m_controls.InstrumentGallery->SetFace(index); });
+    connect(m_transport.get(), &CTransport::TempoShown, this, [this](int bpm) {
+        m_controls.TempoEdit->setText(QStringLiteral("%1 bpm").arg(bpm));
+        m_controls.TempoSlider->SetValue(bpm);
+    });
+    m_controls.TempoEdit->setText(QStringLiteral("74 bpm"));
+    m_controls.TempoEdit->setToolTip(QStringLiteral("Tempo in beats per minute, 20 to 200"));
+    connect(m_controls.RecentDocuments, &QMenu::aboutToShow, this, &CMainFrame::FillRecentMenu);
+}
+
+void CMainFrame::FillRecentMenu()
+{
+    QMenu* menu = m_controls.RecentDocuments;
+    menu->clear();
+    const QStringList recent = m_recentFiles ? m_recentFiles() : QStringList();
+    for (int i = 0; i < recent.size(); ++i) {
+        const QString& path = recent[i];
+        // Names alone, numbered for the keyboard; the folder is in the tooltip.
+        QAction* item = menu->addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(QFileInfo(path).fileName()), this,
+                                        [this, path] { OpenDocument(path); });
+        item->setToolTip(QDir::toNativeSeparators(path));
+    }
+    menu->setToolTipsVisible(true);
+    if (recent.isEmpty())
+        menu->addAction(QStringLiteral("(none yet)"))->setEnabled(false);
+}
+
+void CMainFrame::ChooseLook(int lookId)
+{
+    const WaitCursor wait;
+    m_look = lookId;
+    ApplyApplicationLook(lookId);
+    WriteApplicationLook(lookId);
+}
+
 void CMainFrame::ShowWindowsMenu()
 {
     QMenu menu(this);
@@ -380,7 +434,15 @@ void CMainFrame::ToggleLock()
 
 bool CMainFrame::RunCommand(int id)
 {
+    if (id >= command::StyleFirst && id <= command::StyleLast) {
+        ChooseLook(id);
+        return true;
+    }
     switch (id) {
+    // The ribbon's value controls: the transport decides, the frame reads the widget.
+    case command::TempoEdit: m_transport->TempoEntered(m_controls.TempoEdit->text()); return true;
+    case command::TempoSlider: m_transport->TempoChosen(m_controls.TempoSlider->Value()); return true;
+    case command::PartCombo: m_transport->ChoosePart(m_controls.PartCombo->currentIndex() - 1); return true;
     case command::ExportWav: ExportWav(); return true;
     case command::Lock: ToggleLock(); return true;
     case command::ShowMargins:
@@ -402,9 +464,17 @@ bool CMainFrame::RunCommand(int id)
 bool CMainFrame::UpdateCommand(int id, CommandState& state)
 {
     CChildFrame* child = ActiveChild();
+    if (id >= command::StyleFirst && id <= command::StyleLast) {
+        state.enabled = true;
+        state.checked = id == m_look;
+        return true;
+    }
     switch (id) {
+    case command::TempoEdit:
+    case command::TempoSlider:
+    case command::PartCombo:
     case command::ExportWav:
-        // Enabled as the transport says; run here, where the file dialog has its window.
+        // Enabled as the transport says; run here, where the file dialog and the ribbon are.
         m_transport->UpdateCommand(id, state);
         return true;
     case command::Lock:

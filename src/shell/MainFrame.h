@@ -4,6 +4,7 @@
 #include "editor/ViewHost.h"
 #include "shell/ChildFrame.h"
 #include "shell/NoteFollower.h"
+#include "shell/ribbon/RibbonLayout.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -101,6 +102,9 @@ private:
     void ZoomChosen(int percent);
     void PlayOrStop();
     void ShowWindowsMenu();
+    void BuildRibbon();
+    void ChooseLook(int lookId);
+    void FillRecentMenu();
     std::vector<CommandTarget*> Route() const;
 
     PostingHighlightListener m_highlights{*this};
@@ -108,6 +112,9 @@ private:
     CommandTable* m_commands;
     QMdiArea* m_mdiArea;
     CFrameStatusBar* m_statusBar;
+    ribbon::Ribbon* m_ribbon;
+    ribbon::RibbonControls m_controls;
+    int m_look;
     NoteFollower m_follower;
     CommandTarget* m_appCommands = nullptr;
     std::function<QStringList()> m_recentFiles;
