@@ -25,6 +25,7 @@
 #include <QMessageBox>
 #include <QPageSetupDialog>
 #include <QPrinter>
+#include <QScreen>
 #include <algorithm>
 #include <array>
 
@@ -146,8 +147,13 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
     if (const QByteArray geometry = ReadWindowGeometry();
         !geometry.isEmpty() && m_frame->restoreGeometry(geometry))
         m_frame->show();
-    else
+    else {
+        // Where no window manager honours "maximised" (a bare X server), the window still takes
+        // the whole screen.
+        if (const QScreen* screen = QGuiApplication::primaryScreen())
+            m_frame->setGeometry(screen->availableGeometry());
         m_frame->showMaximized();
+    }
     m_frameShown = true;
     m_frame->RestartQuickStartTimer();
     return true;

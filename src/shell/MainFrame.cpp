@@ -33,6 +33,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
+#include <QTabBar>
 
 namespace corrieval {
 
@@ -62,6 +63,9 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
     m_mdiArea->setTabsClosable(true);
     m_mdiArea->setTabsMovable(true);
     m_mdiArea->setDocumentMode(true);
+    // Tabs as wide as their titles, as in a browser, rather than shared out over the window.
+    if (auto* tabs = m_mdiArea->findChild<QTabBar*>())
+        tabs->setExpanding(false);
     setCentralWidget(m_mdiArea);
     connect(m_mdiArea, &QMdiArea::subWindowActivated, this, &CMainFrame::SubWindowActivated);
 
