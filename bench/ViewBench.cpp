@@ -25,8 +25,7 @@ public:
 
 // A view of the large tune at `percent`, active as in the program, its window as large as a page.
 struct BenchView {
-    explicit BenchView(int percent)
-        : Doc(fixtures::BuildTune(fixtures::LargeTuneShape())), View(*Doc, Host)
+    explicit BenchView(int percent) : Doc(fixtures::BuildTune(fixtures::LargeTuneShape())), View(*Doc, Host)
     {
         SetActiveViewProvider([this] { return &View; });
         View.SetZoom(percent);

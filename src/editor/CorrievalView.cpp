@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QPaintEngine>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPrintDialog>
@@ -351,8 +352,12 @@ void CCorrievalView::PrintPreview()
         printer.setOutputFormat(QPrinter::PdfFormat);
     PreparePrinter(printer, m_doc);
     QPrintPreviewDialog dialog(&printer, this);
-    connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
-            [this](QPrinter* target) { PrintTo(*target, OutputMode::PrintPreview); });
+    // The dialog asks for the pages both to show them and, from its print button, to print them;
+    // while it shows them the printer draws into pictures.
+    connect(&dialog, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter* target) {
+        const bool previewing = target->paintEngine()->type() == QPaintEngine::Picture;
+        PrintTo(*target, previewing ? OutputMode::PrintPreview : OutputMode::Printer);
+    });
     m_preview = &dialog;
     dialog.exec();
     m_preview = nullptr;

@@ -2,6 +2,7 @@
 #include "editor/CorrievalView.h"
 #include "editor/ViewHost.h"
 #include "fixtures/ScoreFixtures.h"
+#include "formats/GlenmarchTune.h"
 #include "model/CorrievalDoc.h"
 #include "model/SessionState.h"
 #include "model/TunePage.h"
@@ -11,9 +12,11 @@
 #include "support/TempConfigDir.h"
 
 #include <QDir>
+#include <QFile>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QScrollBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -299,12 +302,13 @@ TEST(ScoreView, LeavesSpaceToTheFrame)
     }
 }
 
-// The bundled tune, imported as the import command leaves it for a new view.
+// A tune imported as the import command leaves it for a new view: the bundled one unless told.
 struct ImportedExample : ShownView {
-    ImportedExample() : ShownView(NewTune())
+    explicit ImportedExample(const QString& path = QStringLiteral(CORRIEVAL_EXAMPLE_BWW))
+        : ShownView(NewTune())
     {
         EXPECT_EQ(InstallMovementDefinitions(), QString());
-        Host.Pending = QStringLiteral(CORRIEVAL_EXAMPLE_BWW);
+        Host.Pending = path;
         Show();
         QTRY_VERIFY(!Host.Tempos.empty());
     }
@@ -329,6 +333,20 @@ TEST(ScoreView, APendingImportRunsOnceAfterTheFirstPaint)
     QCoreApplication::processEvents();
     EXPECT_EQ(shown.Host.Takes, 1);
     EXPECT_EQ(shown.Host.Tempos.size(), 1u);
+}
+
+TEST(ScoreView, AGlenmarchTuneIsImportedByItsExtension)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("Ale.GLM"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(testing::GlenmarchTune::EveryRecord().Bytes());
+    file.close();
+
+    ImportedExample shown(path);
+    EXPECT_TRUE(shown.Doc->HasMusic());
+    EXPECT_TRUE(shown.Messages.Texts.isEmpty()) << qPrintable(shown.Messages.Texts.join('\n'));
 }
 
 TEST(ScoreView, AMissingImportIsReportedAndLeavesTheTuneEmpty)

@@ -1,10 +1,9 @@
 #include "formats/bww/BwwFile.h"
 
 #include "formats/bww/BwwParser.h"
-#include "formats/glenmarch/GlenmarchConversion.h"
+#include "formats/glenmarch/GlenmarchFile.h"
 #include "formats/glenmarch/PipeDoc.h"
 #include "formats/score/ScoreFile.h"
-#include "model/Messages.h"
 
 namespace corrieval {
 
@@ -26,18 +25,12 @@ std::unique_ptr<CPipeDoc> LoadBww(const QString& path, bww::ImportLog& log)
 
 bool ImportBww(const QString& path)
 {
-    bww::ImportLog log;
-    std::unique_ptr<CPipeDoc> tune;
-    try {
-        tune = LoadBww(path, log);
-    } catch (const FileError&) {
-        ShowMessage(QStringLiteral("Error opening the file"), MessageKind::OkCancel);
-        return false;
-    }
-    if (tune == nullptr)
-        return false;
-    ConvertIntoActiveView(std::move(tune), true);
-    return true;
+    return ImportIntoActiveView(
+        [&path] {
+            bww::ImportLog log;
+            return LoadBww(path, log);
+        },
+        true);
 }
 
 } // namespace corrieval
