@@ -88,9 +88,10 @@ std::unique_ptr<CCorrievalDoc> A4Tune(int pages)
     return fixtures::BuildTune({.Pages = pages, .Groups = 3, .Parts = 2, .Columns = 4, .NotesPerBar = 4});
 }
 
+// The pixel at a point in the viewport's logical pixels, on a screen of any pixel ratio.
 QRgb Pixel(const QImage& image, QPointF at)
 {
-    return image.pixel(at.toPoint()) | 0xFF000000;
+    return image.pixel((at * image.devicePixelRatio()).toPoint()) | 0xFF000000;
 }
 
 TEST(ScoreView, AnEmptyDocumentIsAGreyDeskOfNoSize)
@@ -104,7 +105,7 @@ TEST(ScoreView, AnEmptyDocumentIsAGreyDeskOfNoSize)
     EXPECT_EQ(view.Zoom(), 1.0f);
     const QImage image = shown.Grab();
     EXPECT_EQ(Pixel(image, {5, 5}), kDesk);
-    EXPECT_EQ(Pixel(image, {image.width() / 2.0, image.height() / 2.0}), kDesk);
+    EXPECT_EQ(Pixel(image, view.viewport()->rect().center()), kDesk);
 
     CommandState state{true, true};
     EXPECT_TRUE(view.UpdateCommand(command::Print, state));
