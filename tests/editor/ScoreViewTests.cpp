@@ -11,13 +11,17 @@
 #include "support/RecordingMessages.h"
 #include "support/TempConfigDir.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QKeyEvent>
 #include <QPaintEvent>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -301,6 +305,34 @@ TEST(ScoreView, LeavesSpaceToTheFrame)
         QCoreApplication::sendEvent(target, &space);
         EXPECT_FALSE(space.isAccepted());
     }
+}
+
+TEST(ScoreView, PreviewShowsThePagesAndChecksItsCommandWhileOpen)
+{
+    ShownView shown(A4Tune(2));
+    shown.Show();
+    CCorrievalView& view = *shown.View;
+    bool seen = false;
+    QTimer::singleShot(0, [&] {
+        auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(preview, nullptr);
+        CommandState state;
+        EXPECT_TRUE(view.UpdateCommand(command::PrintPreview, state));
+        EXPECT_TRUE(state.checked);
+        auto* pages = preview->findChild<QPrintPreviewWidget*>();
+        ASSERT_NE(pages, nullptr);
+        EXPECT_EQ(pages->pageCount(), 2);
+        EXPECT_TRUE(view.PrintIdle()); // only while the pages are drawn
+        if (const QString folder = qEnvironmentVariable("CORRIEVAL_VIEW_SHOTS"); !folder.isEmpty())
+            preview->grab().save(QDir(folder).filePath(QStringLiteral("preview.png")));
+        seen = true;
+        preview->reject();
+    });
+    view.RunCommand(command::PrintPreview);
+    EXPECT_TRUE(seen);
+    CommandState state;
+    view.UpdateCommand(command::PrintPreview, state);
+    EXPECT_FALSE(state.checked);
 }
 
 // A tune imported as the import command leaves it for a new view: the bundled one unless told.
