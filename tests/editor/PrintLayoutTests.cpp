@@ -10,7 +10,7 @@
 namespace corrieval {
 namespace {
 
-TEST(PrintLayout, APageIsInsetAndPlacedAtItsSizeOnPaper)
+TEST(PrintLayout, APageIsInsetAndDrawnAtItsSizeOnPaperAndFittedInPreview)
 {
     // The second of two letter pages, on a printer of 600 dpi.
     const RectF page{0, 11, 8.5f, 11};
@@ -25,17 +25,12 @@ TEST(PrintLayout, APageIsInsetAndPlacedAtItsSizeOnPaper)
     // The page's own corner lands 0.105 inch in from the printer's origin.
     EXPECT_NEAR(page.X - p.Origin.X, 0.105f, 1e-5);
     EXPECT_NEAR(page.Y - p.Origin.Y, 0.105f, 1e-5);
-}
 
-TEST(PrintLayout, APreviewFitsThePrintableWidthToTheDrawingWidth)
-{
-    const RectF page{0, 0, 8.27f, 11.69f};
-    const PrintPlacement smaller = PlacePage(page, 1200, 0.5f * 8.06f * 1200, OutputMode::PrintPreview);
-    EXPECT_NEAR(smaller.Scale, 0.5f, 1e-4);
-    const PrintPlacement larger = PlacePage(page, 1200, 2 * 8.06f * 1200, OutputMode::PrintPreview);
+    // A preview fits the printable width to the width it draws into, smaller or larger.
+    EXPECT_NEAR(PlacePage(page, 600, 0.5f * 8.29f * 600, OutputMode::PrintPreview).Scale, 0.5f, 1e-4);
+    const PrintPlacement larger = PlacePage(page, 600, 2 * 8.29f * 600, OutputMode::PrintPreview);
     EXPECT_NEAR(larger.Scale, 2.0f, 1e-4);
-    // The inset is the same in preview.
-    EXPECT_FLOAT_EQ(larger.Printable.X, 0.105f);
+    EXPECT_EQ(larger.Printable, p.Printable);
 }
 
 TEST(PrintLayout, PaperIsA4InTheOrientationOfThePages)

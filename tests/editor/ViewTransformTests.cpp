@@ -100,14 +100,5 @@ TEST(ViewTransform, KeepInViewScrollsOnlyWhenThePositionLeavesTheClearBand)
     EXPECT_EQ(zoomed.KeepInView(2.0f), 480 - 100);
 }
 
-TEST(ViewTransform, AnObjectDirtiesItsBoundsGrownByATenthOfAnInch)
-{
-    const RectF grown = InvalidationBounds({1.0f, 2.0f, 0.5f, 0.25f});
-    EXPECT_FLOAT_EQ(grown.X, 0.9f);
-    EXPECT_FLOAT_EQ(grown.Y, 1.9f);
-    EXPECT_FLOAT_EQ(grown.Width, 0.7f);
-    EXPECT_FLOAT_EQ(grown.Height, 0.45f);
-}
-
 } // namespace
 } // namespace corrieval
