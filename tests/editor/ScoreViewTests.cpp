@@ -14,10 +14,12 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPrintPreviewDialog>
 #include <QPrintPreviewWidget>
+#include <QPrinterInfo>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -333,6 +335,25 @@ TEST(ScoreView, PreviewShowsThePagesAndChecksItsCommandWhileOpen)
     CommandState state;
     view.UpdateCommand(command::PrintPreview, state);
     EXPECT_FALSE(state.checked);
+}
+
+TEST(ScoreView, WithoutAPrinterQuickPrintWritesTheChosenPdf)
+{
+    if (!QPrinterInfo::availablePrinterNames().isEmpty())
+        GTEST_SKIP() << "this machine has a printer, and the test must not print on it";
+    ShownView shown(A4Tune(2));
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("reel.pdf"));
+    QTimer::singleShot(0, [&] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->selectFile(pdf);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    shown.View->RunCommand(command::QuickPrint);
+    QFile file(pdf);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().count("/Type /Page\n"), 2);
 }
 
 // A tune imported as the import command leaves it for a new view: the bundled one unless told.
