@@ -354,6 +354,8 @@ TEST(ScoreView, WithoutAPrinterQuickPrintWritesTheChosenPdf)
     QFile file(pdf);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll().count("/Type /Page\n"), 2);
+    if (const QString folder = qEnvironmentVariable("CORRIEVAL_VIEW_SHOTS"); !folder.isEmpty())
+        QFile::copy(pdf, QDir(folder).filePath(QStringLiteral("quick-print.pdf")));
 }
 
 // A tune imported as the import command leaves it for a new view: the bundled one unless told.
