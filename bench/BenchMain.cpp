@@ -1,12 +1,13 @@
 #include "notation/MusicFont.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
 
-// Drawing needs a GUI application and the music font; the benchmarks run without a display.
+// Drawing needs the music font and the score view a widget application; the benchmarks run
+// without a display.
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
@@ -14,7 +15,7 @@ int main(int argc, char** argv)
         return 1;
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
+    QApplication app(argc, argv);
     if (const QString problem = corrieval::LoadMusicFont(); !problem.isEmpty())
         std::fprintf(stderr, "corrieval-bench: %s Symbols are not drawn.\n", qPrintable(problem));
     benchmark::RunSpecifiedBenchmarks();

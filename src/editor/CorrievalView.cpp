@@ -1,25 +1,374 @@
 #include "editor/CorrievalView.h"
 
+#include "editor/CommandIds.h"
+#include "editor/PrintLayout.h"
 #include "editor/ViewHost.h"
+#include "formats/bww/BwwFile.h"
+#include "formats/glenmarch/GlenmarchFile.h"
+#include "model/CorrievalDoc.h"
+#include "model/TunePage.h"
+#include "notation/TextArea.h"
+#include "platform/QtPainter.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QPaintEngine>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QScrollBar>
+#include <QStandardPaths>
+#include <algorithm>
+#include <cmath>
 
 namespace corrieval {
+
+namespace {
+constexpr QRgb kDesk = 0xFF646464;
+// A scroll bar's arrow moves a tenth of the window.
+constexpr int kLinesPerPage = 10;
+
+float SavedZoom(float stored)
+{
+    // A damaged file may hold any number here; the view stays within the range it can show.
+    return std::isfinite(stored) ? std::clamp(stored, ViewTransform::MinZoom, ViewTransform::MaxZoom) : 1.0f;
+}
+} // namespace
 
 CCorrievalView::CCorrievalView(CCorrievalDoc& doc, ViewHost& host, QWidget* parent)
     : QAbstractScrollArea(parent), m_doc(doc), m_host(host)
 {
+    // Every pixel of the viewport comes from the back buffer.
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    // Pages are taller than wide at any zoom that fits their width, so the column nearly always
+    // scrolls; a fixed bar keeps the width, and with it a width-following zoom, steady.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
 }
 
-void CCorrievalView::AddToSelection(CScoObj&) {}
-void CCorrievalView::RemoveFromSelection(CScoObj&) {}
-void CCorrievalView::InvalidateObject(const CScoObj&) { viewport()->update(); }
-void CCorrievalView::PagesLaidOut() { viewport()->update(); }
-void CCorrievalView::TuneImported(std::int32_t tempo) { m_host.TuneImported(*this, tempo); }
-bool CCorrievalView::EditPageSetup(PageSetup&) { return false; }
-void CCorrievalView::SetZoom(int percent) { m_zoom = percent / 100.0f; }
-void CCorrievalView::FitToWidth() {}
-int CCorrievalView::ZoomPercent() const { return static_cast<int>(m_zoom * 100); }
-void CCorrievalView::KeepInView(float) {}
-bool CCorrievalView::RunCommand(int) { return false; }
-bool CCorrievalView::UpdateCommand(int, CommandState&) { return false; }
+CCorrievalView::~CCorrievalView() = default;
+
+void CCorrievalView::AddToSelection(CScoObj& object)
+{
+    m_selection.Add(object);
+}
+
+void CCorrievalView::RemoveFromSelection(CScoObj& object)
+{
+    m_selection.Remove(object);
+}
+
+void CCorrievalView::InvalidateObject(const CScoObj& object)
+{
+    viewport()->update(Transform().DocumentRectToDevice(InvalidationBounds(object.GetBounds())));
+}
+
+void CCorrievalView::PagesLaidOut()
+{
+    DropTextAreaSelection();
+    OnUpdate();
+    ZoomChanged();
+}
+
+void CCorrievalView::TuneImported(std::int32_t tempo)
+{
+    OnUpdate();
+    m_host.TuneImported(*this, tempo);
+}
+
+bool CCorrievalView::EditPageSetup(PageSetup&)
+{
+    return false;
+}
+
+bool CCorrievalView::RunCommand(int id)
+{
+    switch (id) {
+    case command::Print:
+        Print();
+        return true;
+    case command::QuickPrint:
+        QuickPrint();
+        return true;
+    case command::PrintPreview:
+        PrintPreview();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CCorrievalView::UpdateCommand(int id, CommandState& state)
+{
+    if (id != command::Print && id != command::QuickPrint && id != command::PrintPreview)
+        return false;
+    state.enabled = !m_doc.Pages.empty() && m_printIdle;
+    state.checked = id == command::PrintPreview && m_preview != nullptr;
+    return true;
+}
+
+void CCorrievalView::OnActivateView()
+{
+    if (!m_firstActivation)
+        return;
+    m_firstActivation = false;
+    ApplyStoredZoom();
+    OnUpdate();
+    if (m_host.AutoZoom())
+        m_zoom = ViewTransform::FitToWidth(viewport()->width(), static_cast<float>(logicalDpiX()),
+                                           m_documentWidth);
+    UpdateScrollRanges();
+    ZoomChanged();
+}
+
+void CCorrievalView::ApplyStoredZoom()
+{
+    if (m_doc.ZoomPending == 0)
+        return;
+    m_doc.ZoomPending = 0;
+    m_zoomToWidth = m_doc.LoadedZoom < 0;
+    if (!m_zoomToWidth)
+        m_zoom = SavedZoom(m_doc.LoadedZoom);
+    DropTextAreaSelection();
+}
+
+void CCorrievalView::SetZoom(int percent)
+{
+    m_zoomToWidth = percent < 0;
+    if (!m_zoomToWidth)
+        m_zoom = SavedZoom(percent / 100.0f);
+    DropTextAreaSelection();
+    OnUpdate();
+    ZoomChanged();
+}
+
+void CCorrievalView::FitToWidth()
+{
+    SetZoom(-1);
+}
+
+int CCorrievalView::ZoomPercent() const
+{
+    return static_cast<int>(m_zoom * 100);
+}
+
+void CCorrievalView::ZoomChanged()
+{
+    m_host.ZoomChanged(*this, m_zoom);
+}
+
+void CCorrievalView::DropTextAreaSelection()
+{
+    const auto& items = m_selection.Items();
+    if (!items.empty() && dynamic_cast<const CTextArea*>(items.front()) != nullptr)
+        DropSelection();
+}
+
+void CCorrievalView::DropSelection()
+{
+    // Deselecting takes each object out of the selection through RemoveFromSelection.
+    const std::vector<CScoObj*> items = m_selection.Items();
+    for (CScoObj* object : items)
+        object->SetSelected(false);
+    m_selection.Clear();
+}
+
+void CCorrievalView::OnUpdate(const CScoObj* changed)
+{
+    m_documentWidth = 0;
+    m_documentHeight = 0;
+    for (const auto& page : m_doc.Pages) {
+        m_documentWidth = std::max(m_documentWidth, page->Bounds().Width);
+        m_documentHeight += page->Bounds().Height;
+    }
+    if (m_zoomToWidth)
+        m_zoom = ViewTransform::FitToWidth(viewport()->width(), static_cast<float>(logicalDpiX()),
+                                           m_documentWidth);
+    UpdateScrollRanges();
+    if (changed != nullptr)
+        InvalidateObject(*changed);
+    else
+        viewport()->update();
+}
+
+void CCorrievalView::UpdateScrollRanges()
+{
+    const QSize extent = Transform().Extent();
+    const QSize client = viewport()->size();
+    horizontalScrollBar()->setPageStep(client.width());
+    horizontalScrollBar()->setSingleStep(std::max(1, client.width() / kLinesPerPage));
+    horizontalScrollBar()->setRange(0, std::max(0, extent.width() - client.width()));
+    verticalScrollBar()->setPageStep(client.height());
+    verticalScrollBar()->setSingleStep(std::max(1, client.height() / kLinesPerPage));
+    verticalScrollBar()->setRange(0, std::max(0, extent.height() - client.height()));
+}
+
+void CCorrievalView::KeepInView(float y)
+{
+    if (const std::optional<int> scroll = Transform().KeepInView(y)) {
+        verticalScrollBar()->setValue(*scroll);
+        viewport()->update();
+    }
+}
+
+ViewTransform CCorrievalView::Transform() const
+{
+    ViewTransform t;
+    t.DpiX = static_cast<float>(logicalDpiX());
+    t.DpiY = static_cast<float>(logicalDpiY());
+    t.Zoom = m_zoom;
+    t.Client = viewport()->size();
+    t.Scroll = QPoint(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    t.DocumentWidth = m_documentWidth;
+    t.DocumentHeight = m_documentHeight;
+    return t;
+}
+
+CTunePage* CCorrievalView::PageAt(PointF point) const
+{
+    for (const auto& page : m_doc.Pages) {
+        if (page->ContentBox().Contains(point.X, point.Y))
+            return page.get();
+    }
+    return nullptr;
+}
+
+const QImage& CCorrievalView::PaintBackBuffer(const QRect& clip)
+{
+    const qreal ratio = viewport()->devicePixelRatioF();
+    const QSize pixels(static_cast<int>(std::ceil(clip.width() * ratio)),
+                       static_cast<int>(std::ceil(clip.height() * ratio)));
+    // The buffer only grows: most paints are smaller than the largest one.
+    if (m_backBuffer.width() < pixels.width() || m_backBuffer.height() < pixels.height() ||
+        m_backBuffer.devicePixelRatio() != ratio) {
+        m_backBuffer = QImage(pixels.expandedTo(m_backBuffer.size()), QImage::Format_ARGB32_Premultiplied);
+        m_backBuffer.setDevicePixelRatio(ratio);
+    }
+    const ViewTransform t = Transform();
+    QPainter painter(&m_backBuffer);
+    painter.setClipRect(QRect(QPoint(0, 0), clip.size()));
+    painter.fillRect(QRect(QPoint(0, 0), clip.size()), QColor::fromRgba(kDesk));
+    painter.translate(-clip.topLeft() - t.Scroll);
+    // The score's painter scales both directions alike; a screen of unequal resolutions is
+    // squared first.
+    painter.scale(1.0, t.DpiY / t.DpiX);
+    const PointF offset = t.Offset();
+    platform::QtPainter inches(painter, t.DpiX, m_zoom, {-offset.X, -offset.Y});
+    for (const auto& page : m_doc.Pages)
+        page->DrawIfVisible(inches, OutputMode::Screen);
+    return m_backBuffer;
+}
+
+void CCorrievalView::paintEvent(QPaintEvent* event)
+{
+    OnActivateView();
+    const QRect clip = event->rect();
+    const QImage& buffer = PaintBackBuffer(clip);
+    QPainter(viewport())
+        .drawImage(clip.topLeft(), buffer,
+                   QRectF(QPointF(0, 0), QSizeF(clip.size()) * buffer.devicePixelRatio()));
+    if (!m_firstPaint)
+        return;
+    m_firstPaint = false;
+    // The frame empties the path as it hands it over, so the import runs once. It runs just after
+    // this paint rather than within it: it may ask questions, and a dialog must not open inside a
+    // paint.
+    if (const QString path = m_host.TakePendingImport(); !path.isEmpty())
+        QMetaObject::invokeMethod(
+            this, [this, path] { RunImport(path); }, Qt::QueuedConnection);
+}
+
+void CCorrievalView::RunImport(const QString& path)
+{
+    if (path.right(3).compare(QLatin1String("glm"), Qt::CaseInsensitive) == 0)
+        ImportGlenmarch(path);
+    else
+        ImportBww(path);
+    DropSelection();
+    viewport()->update();
+}
+
+void CCorrievalView::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    OnUpdate();
+    if (m_zoomToWidth)
+        ZoomChanged();
+}
+
+void CCorrievalView::scrollContentsBy(int dx, int dy)
+{
+    // The centring does not depend on the scroll position: the pixels already drawn move along
+    // and only the uncovered strip is painted.
+    viewport()->scroll(dx, dy);
+}
+
+void CCorrievalView::Print()
+{
+    QPrinter printer(QPrinter::HighResolution);
+    if (QPrinterInfo::availablePrinterNames().isEmpty()) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(SuggestedPdfPath());
+    }
+    QPrintDialog dialog(&printer, this);
+    dialog.setMinMax(1, static_cast<int>(m_doc.Pages.size()));
+    if (dialog.exec() == QDialog::Accepted)
+        PrintTo(printer, OutputMode::Printer);
+}
+
+void CCorrievalView::QuickPrint()
+{
+    QPrinter printer(QPrinter::HighResolution);
+    if (ChoosePdfWhenNoPrinter(printer))
+        PrintTo(printer, OutputMode::Printer);
+}
+
+QString CCorrievalView::SuggestedPdfPath() const
+{
+    const QString name = m_doc.Title().isEmpty() ? QStringLiteral("Tune") : m_doc.Title();
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+        .filePath(name + QStringLiteral(".pdf"));
+}
+
+bool CCorrievalView::ChoosePdfWhenNoPrinter(QPrinter& printer)
+{
+    if (!QPrinterInfo::availablePrinterNames().isEmpty())
+        return true;
+    const QString path =
+        QFileDialog::getSaveFileName(this, tr("Print to File"), SuggestedPdfPath(), tr("PDF files (*.pdf)"));
+    if (path.isEmpty())
+        return false;
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(path);
+    return true;
+}
+
+void CCorrievalView::PrintPreview()
+{
+    QPrinter printer(QPrinter::HighResolution);
+    if (QPrinterInfo::availablePrinterNames().isEmpty())
+        printer.setOutputFormat(QPrinter::PdfFormat);
+    PreparePrinter(printer, m_doc);
+    QPrintPreviewDialog dialog(&printer, this);
+    // The dialog asks for the pages both to show them and, from its print button, to print them;
+    // while it shows them the printer draws into pictures.
+    connect(&dialog, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter* target) {
+        const bool previewing = target->paintEngine()->type() == QPaintEngine::Picture;
+        PrintTo(*target, previewing ? OutputMode::PrintPreview : OutputMode::Printer);
+    });
+    m_preview = &dialog;
+    dialog.exec();
+    m_preview = nullptr;
+}
+
+void CCorrievalView::PrintTo(QPrinter& printer, OutputMode mode)
+{
+    PreparePrinter(printer, m_doc);
+    m_printIdle = false;
+    PrintPages(printer, m_doc, mode);
+    m_printIdle = true;
+}
 
 } // namespace corrieval

@@ -1,9 +1,9 @@
 #include "formats/bww/BwwFile.h"
 
 #include "formats/bww/BwwParser.h"
+#include "formats/glenmarch/GlenmarchFile.h"
 #include "formats/glenmarch/PipeDoc.h"
 #include "formats/score/ScoreFile.h"
-
 
 namespace corrieval {
 
@@ -21,6 +21,16 @@ std::unique_ptr<CPipeDoc> ReadBww(const QByteArray& bytes, bww::ImportLog& log)
 std::unique_ptr<CPipeDoc> LoadBww(const QString& path, bww::ImportLog& log)
 {
     return ReadBww(ReadFileBytes(path), log);
+}
+
+bool ImportBww(const QString& path)
+{
+    return ImportIntoActiveView(
+        [&path] {
+            bww::ImportLog log;
+            return LoadBww(path, log);
+        },
+        true);
 }
 
 } // namespace corrieval

@@ -18,4 +18,8 @@ std::unique_ptr<CPipeDoc> ReadBww(const QByteArray& bytes, bww::ImportLog& log);
 // The same from a file; throws FileError when it cannot be read.
 std::unique_ptr<CPipeDoc> LoadBww(const QString& path, bww::ImportLog& log);
 
+// The BWW and BMW import command, as ImportIntoActiveView: a refused tune has shown its problems
+// and adds nothing.
+bool ImportBww(const QString& path);
+
 } // namespace corrieval

@@ -6,7 +6,6 @@
 #include "formats/score/ScoreFile.h"
 #include "model/Messages.h"
 
-
 namespace corrieval {
 
 std::unique_ptr<CPipeDoc> ReadGlenmarch(const QByteArray& bytes, const QString& fileName)
@@ -29,11 +28,11 @@ QByteArray StoreGlenmarch(CPipeDoc& doc, const QString& fileName)
     return ar.Bytes();
 }
 
-bool ImportGlenmarch(const QString& path)
+bool ImportIntoActiveView(const std::function<std::unique_ptr<CPipeDoc>()>& read, bool fromText)
 {
     std::unique_ptr<CPipeDoc> tune;
     try {
-        tune = LoadGlenmarch(path);
+        tune = read();
     } catch (const FileError&) {
         ShowMessage(QStringLiteral("Error opening the file"), MessageKind::OkCancel);
         return false;
@@ -41,8 +40,15 @@ bool ImportGlenmarch(const QString& path)
         ShowMessage(QStringLiteral("%1: %2").arg(e.FileName(), e.Describe()), MessageKind::Warning);
         return false;
     }
-    ConvertIntoActiveView(std::move(tune), false);
+    if (tune == nullptr)
+        return false;
+    ConvertIntoActiveView(std::move(tune), fromText);
     return true;
+}
+
+bool ImportGlenmarch(const QString& path)
+{
+    return ImportIntoActiveView([&path] { return LoadGlenmarch(path); }, false);
 }
 
 } // namespace corrieval

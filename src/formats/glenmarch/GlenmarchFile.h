@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <functional>
 #include <memory>
 
 namespace corrieval {
@@ -19,9 +20,13 @@ std::unique_ptr<CPipeDoc> LoadGlenmarch(const QString& path);
 // that tests and fixtures can make them through the same records.
 QByteArray StoreGlenmarch(CPipeDoc& doc, const QString& fileName);
 
-// The import command: reads the file and converts it into the active view's document. Problems
-// are shown to the user and give false: "Error opening the file", or the file and what is wrong
-// with it. Without an active view the file is read and nothing more happens.
+// The import commands' path: reads a tune in the older model with `read` and converts it into the
+// active view's document. Problems are shown to the user and give false: "Error opening the
+// file", or the file and what is wrong with it; a reader that gives nothing has shown its own.
+// Without an active view the file is read and nothing more happens.
+bool ImportIntoActiveView(const std::function<std::unique_ptr<CPipeDoc>()>& read, bool fromText);
+
+// The Glenmarch import command.
 bool ImportGlenmarch(const QString& path);
 
 } // namespace corrieval

@@ -1,0 +1,448 @@
+#include "editor/CommandIds.h"
+#include "editor/CorrievalView.h"
+#include "editor/ViewHost.h"
+#include "fixtures/ScoreFixtures.h"
+#include "formats/GlenmarchTune.h"
+#include "model/CorrievalDoc.h"
+#include "model/SessionState.h"
+#include "model/TunePage.h"
+#include "notation/TextArea.h"
+#include "platform/MovementDefinitions.h"
+#include "support/RecordingMessages.h"
+#include "support/TempConfigDir.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QPaintEvent>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
+#include <QPrinterInfo>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <utility>
+
+namespace corrieval {
+namespace {
+
+constexpr QRgb kDesk = 0xFF646464;
+
+class TestHost : public ViewHost {
+public:
+    QString TakePendingImport() override
+    {
+        ++Takes;
+        return std::exchange(Pending, QString());
+    }
+    bool AutoZoom() const override { return Auto; }
+    void ZoomChanged(const CCorrievalView&, float zoom) override { Zooms.push_back(zoom); }
+    void TuneImported(CCorrievalView&, int tempo) override { Tempos.push_back(tempo); }
+
+    QString Pending;
+    int Takes = 0;
+    bool Auto = false;
+    std::vector<float> Zooms;
+    std::vector<int> Tempos;
+};
+
+// Records the rectangles the viewport is asked to paint.
+class PaintRecorder : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            Rects.push_back(static_cast<QPaintEvent*>(event)->rect());
+        return false;
+    }
+    std::vector<QRect> Rects;
+};
+
+// A view of a tune in a window of its own, the active view while it lives, as the frame makes it.
+struct ShownView {
+    explicit ShownView(std::unique_ptr<CCorrievalDoc> tune, QSize size = {900, 700}, bool autoZoom = false)
+        : Doc(std::move(tune))
+    {
+        Host.Auto = autoZoom;
+        View = std::make_unique<CCorrievalView>(*Doc, Host);
+        SetActiveViewProvider([this] { return View.get(); });
+        View->resize(size);
+    }
+    ~ShownView() { SetActiveViewProvider(nullptr); }
+
+    void Show()
+    {
+        View->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(View.get()));
+        QCoreApplication::processEvents();
+    }
+    QImage Grab() const { return View->viewport()->grab().toImage(); }
+
+    TestHost Host;
+    std::unique_ptr<CCorrievalDoc> Doc;
+    std::unique_ptr<CCorrievalView> View;
+};
+
+std::unique_ptr<CCorrievalDoc> A4Tune(int pages)
+{
+    return fixtures::BuildTune({.Pages = pages, .Groups = 3, .Parts = 2, .Columns = 4, .NotesPerBar = 4});
+}
+
+// The pixel at a point in the viewport's logical pixels, on a screen of any pixel ratio.
+QRgb Pixel(const QImage& image, QPointF at)
+{
+    return image.pixel((at * image.devicePixelRatio()).toPoint()) | 0xFF000000;
+}
+
+TEST(ScoreView, AnEmptyDocumentIsAGreyDeskOfNoSize)
+{
+    ShownView shown(std::make_unique<CCorrievalDoc>());
+    shown.Show();
+    CCorrievalView& view = *shown.View;
+    EXPECT_EQ(view.Transform().Extent(), QSize(0, 0));
+    EXPECT_EQ(view.PageAt({1, 1}), nullptr);
+    view.FitToWidth();
+    EXPECT_EQ(view.Zoom(), 1.0f);
+    const QImage image = shown.Grab();
+    EXPECT_EQ(Pixel(image, {5, 5}), kDesk);
+    EXPECT_EQ(Pixel(image, view.viewport()->rect().center()), kDesk);
+
+    CommandState state{true, true};
+    EXPECT_TRUE(view.UpdateCommand(command::Print, state));
+    EXPECT_FALSE(state.enabled); // nothing to print
+    EXPECT_FALSE(view.UpdateCommand(command::Copy, state));
+    EXPECT_FALSE(view.RunCommand(command::Copy));
+}
+
+TEST(ScoreView, PagesAreCentredOnTheDeskAtEveryZoom)
+{
+    ShownView shown(A4Tune(2), {1200, 700});
+    shown.Show();
+    CCorrievalView& view = *shown.View;
+    const float dpi = static_cast<float>(view.logicalDpiX());
+    for (int percent : {50, 100, 200}) {
+        view.SetZoom(percent);
+        QCoreApplication::processEvents();
+        const ViewTransform t = view.Transform();
+        EXPECT_EQ(t.Extent().width(), static_cast<int>(dpi * shown.Doc->PageWidth * percent / 100.0f));
+        const QImage image = shown.Grab();
+        // The paper begins 0.1 inch in from the page's edge, and grey desk lies beside it when
+        // the page is narrower than the window.
+        EXPECT_NE(Pixel(image, t.DocumentToDevice({0.15f, 1.0f})), kDesk) << percent;
+        const float pageWidth =
+            t.DocumentToDevice({shown.Doc->PageWidth, 0}).x() - t.DocumentToDevice({0, 0}).x();
+        if (pageWidth < view.viewport()->width()) {
+            const QPointF left = t.DocumentToDevice({0, 1});
+            const QPointF right = t.DocumentToDevice({shown.Doc->PageWidth, 1});
+            EXPECT_NEAR(left.x(), view.viewport()->width() - right.x(), 1.0) << percent;
+            EXPECT_EQ(Pixel(image, {left.x() - 3, 50}), kDesk) << percent;
+        } else {
+            EXPECT_EQ(t.Offset().X, 0.0f);
+            EXPECT_GT(view.horizontalScrollBar()->maximum(), 0);
+        }
+    }
+    EXPECT_EQ(shown.Host.Zooms.back(), 2.0f);
+}
+
+TEST(ScoreView, ZoomSettersClampAndFitToWidthFollowsTheWindow)
+{
+    ShownView shown(A4Tune(1), {900, 600});
+    shown.Show();
+    CCorrievalView& view = *shown.View;
+    view.SetZoom(20);
+    EXPECT_EQ(view.ZoomPercent(), 50);
+    view.SetZoom(1000);
+    EXPECT_EQ(view.ZoomPercent(), 300);
+
+    const auto fit = [&] {
+        return ViewTransform::FitToWidth(view.viewport()->width(), static_cast<float>(view.logicalDpiX()),
+                                         shown.Doc->PageWidth);
+    };
+    view.FitToWidth();
+    EXPECT_TRUE(view.ZoomsToWidth());
+    EXPECT_FLOAT_EQ(view.Zoom(), fit());
+    view.resize(1400, 600);
+    QCoreApplication::processEvents();
+    EXPECT_FLOAT_EQ(view.Zoom(), fit());
+    EXPECT_EQ(shown.Host.Zooms.back(), view.Zoom());
+    view.resize(200, 600); // far too narrow: the lower bound holds
+    QCoreApplication::processEvents();
+    EXPECT_EQ(view.Zoom(), 0.5f);
+    // A zoom of its own ends the fitting.
+    view.SetZoom(120);
+    EXPECT_FALSE(view.ZoomsToWidth());
+    view.resize(1000, 600);
+    QCoreApplication::processEvents();
+    EXPECT_FLOAT_EQ(view.Zoom(), 1.2f);
+}
+
+TEST(ScoreView, PageAtPointUsesTheInnerRectangleLeftInclusiveRightExclusive)
+{
+    ShownView shown(A4Tune(2));
+    const auto& pages = shown.Doc->Pages;
+    CCorrievalView& view = *shown.View;
+    const RectF inner = pages[0]->ContentBox();
+    EXPECT_EQ(view.PageAt({inner.X, inner.Y}), pages[0].get());
+    EXPECT_EQ(view.PageAt({std::nextafter(inner.Right(), 0.0f), inner.Y}), pages[0].get());
+    EXPECT_EQ(view.PageAt({inner.Right(), inner.Y}), nullptr);
+    EXPECT_EQ(view.PageAt({std::nextafter(inner.X, 0.0f), inner.Y}), nullptr);
+    EXPECT_EQ(view.PageAt({inner.X, inner.Bottom()}), nullptr); // the margins between the pages
+    const RectF second = pages[1]->ContentBox();
+    EXPECT_EQ(view.PageAt({second.X + 1, second.Y}), pages[1].get());
+}
+
+TEST(ScoreView, AChangedObjectRepaintsItsOwnRectangleOnly)
+{
+    ShownView shown(A4Tune(1));
+    shown.Show();
+    PaintRecorder recorder;
+    shown.View->viewport()->installEventFilter(&recorder);
+    QCoreApplication::processEvents();
+    recorder.Rects.clear();
+
+    const CScoObj& title = *shown.Doc->Pages[0]->ChildAt(0);
+    shown.View->InvalidateObject(title);
+    QTRY_VERIFY(!recorder.Rects.empty());
+    // The bounds grown by a tenth of an inch all round, for what reaches out of them.
+    const RectF b = title.GetBounds();
+    const QRect expected = shown.View->Transform().DocumentRectToDevice(
+        {b.X - 0.1f, b.Y - 0.1f, b.Width + 0.2f, b.Height + 0.2f});
+    ASSERT_EQ(recorder.Rects.size(), 1u);
+    EXPECT_EQ(recorder.Rects[0], expected & shown.View->viewport()->rect());
+    EXPECT_LT(expected.width() * expected.height(),
+              shown.View->viewport()->width() * shown.View->viewport()->height() / 4);
+}
+
+TEST(ScoreView, KeepInViewScrollsThePlayPositionClearOfTheBottom)
+{
+    ShownView shown(A4Tune(3), {900, 500});
+    shown.Show();
+    CCorrievalView& view = *shown.View;
+    view.SetZoom(100);
+    const float dpiY = static_cast<float>(view.logicalDpiY());
+    const int height = view.viewport()->height();
+    view.KeepInView(1.0f); // on screen
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+    view.KeepInView(20.0f);
+    EXPECT_EQ(view.verticalScrollBar()->value(), static_cast<int>(dpiY * 20.0f - height / 5));
+}
+
+TEST(ScoreView, FirstActivationAppliesTheSavedZoomOnce)
+{
+    {
+        ShownView shown(A4Tune(1));
+        shown.Doc->LoadedZoom = 1.5f;
+        shown.Doc->ZoomPending = 1;
+        shown.View->OnActivateView();
+        EXPECT_EQ(shown.View->ZoomPercent(), 150);
+        EXPECT_EQ(shown.Doc->ZoomPending, 0);
+        EXPECT_EQ(shown.Host.Zooms, std::vector<float>{1.5f});
+        shown.View->SetZoom(100);
+        shown.View->OnActivateView(); // later activations leave the zoom alone
+        EXPECT_EQ(shown.View->ZoomPercent(), 100);
+    }
+    {
+        // Negative: follow the width; and a tune never activated does it at its first paint.
+        ShownView shown(A4Tune(1));
+        shown.Doc->LoadedZoom = -1;
+        shown.Doc->ZoomPending = 1;
+        shown.Show();
+        EXPECT_TRUE(shown.View->ZoomsToWidth());
+    }
+    {
+        // A saved zoom not marked pending is not applied; the autozoom fits the width once.
+        ShownView shown(A4Tune(1), {1400, 600}, true);
+        shown.Doc->LoadedZoom = 2.0f;
+        shown.View->OnActivateView();
+        EXPECT_FLOAT_EQ(shown.View->Zoom(),
+                        ViewTransform::FitToWidth(shown.View->viewport()->width(),
+                                                  static_cast<float>(shown.View->logicalDpiX()),
+                                                  shown.Doc->PageWidth));
+        EXPECT_FALSE(shown.View->ZoomsToWidth());
+    }
+    for (float damaged : {std::numeric_limits<float>::quiet_NaN(), 0.0f, 1e30f}) {
+        ShownView shown(A4Tune(1));
+        shown.Doc->LoadedZoom = damaged;
+        shown.Doc->ZoomPending = 1;
+        shown.View->OnActivateView();
+        EXPECT_GE(shown.View->Zoom(), 0.5f);
+        EXPECT_LE(shown.View->Zoom(), 3.0f);
+    }
+}
+
+TEST(ScoreView, ZoomingDropsASelectionHeadedByATextArea)
+{
+    ShownView shown(A4Tune(1));
+    CCorrievalView& view = *shown.View;
+    auto& title = dynamic_cast<CTextArea&>(*shown.Doc->Pages[0]->ChildAt(0));
+    CScoObj& music = *shown.Doc->Pages[0]->ChildAt(1);
+
+    music.SetSelected(true);
+    title.SetSelected(true);
+    view.SetZoom(150);
+    EXPECT_EQ(view.Selection().Items().size(), 2u); // headed by the music area: kept
+
+    view.Selection().Clear();
+    music.SetSelected(false);
+    title.SetSelected(false);
+    title.SetSelected(true);
+    music.SetSelected(true);
+    view.SetZoom(200);
+    EXPECT_TRUE(view.Selection().Empty());
+    EXPECT_FALSE(title.Selected());
+    EXPECT_FALSE(music.Selected());
+}
+
+TEST(ScoreView, LeavesSpaceToTheFrame)
+{
+    ShownView shown(A4Tune(1));
+    for (QWidget* target : {static_cast<QWidget*>(shown.View.get()), shown.View->viewport()}) {
+        QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+        QCoreApplication::sendEvent(target, &space);
+        EXPECT_FALSE(space.isAccepted());
+    }
+}
+
+TEST(ScoreView, PreviewShowsThePagesAndChecksItsCommandWhileOpen)
+{
+    ShownView shown(A4Tune(2));
+    shown.Show();
+    CCorrievalView& view = *shown.View;
+    bool seen = false;
+    QTimer::singleShot(0, [&] {
+        auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(preview, nullptr);
+        CommandState state;
+        EXPECT_TRUE(view.UpdateCommand(command::PrintPreview, state));
+        EXPECT_TRUE(state.checked);
+        auto* pages = preview->findChild<QPrintPreviewWidget*>();
+        ASSERT_NE(pages, nullptr);
+        EXPECT_EQ(pages->pageCount(), 2);
+        EXPECT_TRUE(view.PrintIdle()); // only while the pages are drawn
+        if (const QString folder = qEnvironmentVariable("CORRIEVAL_VIEW_SHOTS"); !folder.isEmpty())
+            preview->grab().save(QDir(folder).filePath(QStringLiteral("preview.png")));
+        seen = true;
+        preview->reject();
+    });
+    view.RunCommand(command::PrintPreview);
+    EXPECT_TRUE(seen);
+    CommandState state;
+    view.UpdateCommand(command::PrintPreview, state);
+    EXPECT_FALSE(state.checked);
+}
+
+TEST(ScoreView, WithoutAPrinterQuickPrintWritesTheChosenPdf)
+{
+    if (!QPrinterInfo::availablePrinterNames().isEmpty())
+        GTEST_SKIP() << "this machine has a printer, and the test must not print on it";
+    ShownView shown(A4Tune(2));
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("reel.pdf"));
+    QTimer::singleShot(0, [&] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->selectFile(pdf);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    shown.View->RunCommand(command::QuickPrint);
+    QFile file(pdf);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().count("/Type /Page\n"), 2);
+    if (const QString folder = qEnvironmentVariable("CORRIEVAL_VIEW_SHOTS"); !folder.isEmpty())
+        QFile::copy(pdf, QDir(folder).filePath(QStringLiteral("quick-print.pdf")));
+}
+
+// A tune imported as the import command leaves it for a new view: the bundled one unless told.
+struct ImportedExample : ShownView {
+    explicit ImportedExample(const QString& path = QStringLiteral(CORRIEVAL_EXAMPLE_BWW))
+        : ShownView(NewTune())
+    {
+        EXPECT_EQ(InstallMovementDefinitions(), QString());
+        Host.Pending = path;
+        Show();
+        QTRY_VERIFY(!Host.Tempos.empty());
+    }
+    static std::unique_ptr<CCorrievalDoc> NewTune()
+    {
+        auto doc = std::make_unique<CCorrievalDoc>();
+        doc->OnNewDocument();
+        return doc;
+    }
+    testing::TempConfigDir Config;
+    testing::RecordingMessages Messages;
+};
+
+TEST(ScoreView, APendingImportRunsOnceAfterTheFirstPaint)
+{
+    ImportedExample shown;
+    EXPECT_TRUE(shown.Doc->HasMusic());
+    EXPECT_EQ(shown.Host.Tempos.size(), 1u);
+    EXPECT_EQ(shown.Host.Takes, 1);
+    shown.View->viewport()->repaint();
+    shown.View->SetZoom(150);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shown.Host.Takes, 1);
+    EXPECT_EQ(shown.Host.Tempos.size(), 1u);
+}
+
+TEST(ScoreView, AGlenmarchTuneIsImportedByItsExtension)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("Ale.GLM"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(testing::GlenmarchTune::EveryRecord().Bytes());
+    file.close();
+
+    ImportedExample shown(path);
+    EXPECT_TRUE(shown.Doc->HasMusic());
+    EXPECT_TRUE(shown.Messages.Texts.isEmpty()) << qPrintable(shown.Messages.Texts.join('\n'));
+}
+
+TEST(ScoreView, AMissingImportIsReportedAndLeavesTheTuneEmpty)
+{
+    testing::RecordingMessages messages;
+    ShownView shown(ImportedExample::NewTune());
+    shown.Host.Pending = QDir::temp().filePath(QStringLiteral("no-such-tune.bww"));
+    shown.Show();
+    QTRY_VERIFY(!messages.Texts.isEmpty());
+    EXPECT_EQ(messages.Texts.front(), QStringLiteral("Error opening the file"));
+    EXPECT_FALSE(shown.Doc->HasMusic());
+    EXPECT_TRUE(shown.Host.Tempos.empty());
+}
+
+// What a piper sees: the bundled tune at the zooms of the status bar and fitted to the width.
+// Set CORRIEVAL_VIEW_SHOTS to a folder to keep the pictures.
+TEST(ScoreView, TheBundledTuneLooksRightAtEveryZoom)
+{
+    ImportedExample shown;
+    CCorrievalView& view = *shown.View;
+    const QString folder = qEnvironmentVariable("CORRIEVAL_VIEW_SHOTS");
+    const std::vector<std::pair<QString, int>> zooms{{"50", 50}, {"100", 100}, {"200", 200}, {"fit", -1}};
+    for (const auto& [name, percent] : zooms) {
+        view.SetZoom(percent);
+        QCoreApplication::processEvents();
+        const QImage image = shown.Grab();
+        if (!folder.isEmpty())
+            image.save(QDir(folder).filePath(QStringLiteral("view-%1.png").arg(name)));
+        const ViewTransform t = view.Transform();
+        // Ink on the paper: somewhere along the first stave's height there are dark pixels.
+        int dark = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                dark += qGray(image.pixel(x, y)) < 80 ? 1 : 0;
+        }
+        EXPECT_GT(dark, 500) << qPrintable(name);
+        EXPECT_NE(Pixel(image, t.DocumentToDevice({0.3f, 0.3f})), kDesk) << qPrintable(name);
+    }
+    EXPECT_TRUE(shown.Messages.Texts.isEmpty()) << qPrintable(shown.Messages.Texts.join('\n'));
+}
+
+} // namespace
+} // namespace corrieval
