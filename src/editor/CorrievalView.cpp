@@ -1,5 +1,7 @@
 #include "editor/CorrievalView.h"
 
+#include "editor/PageSetupDialog.h"
+
 #include "editor/CommandIds.h"
 #include "editor/PrintLayout.h"
 #include "editor/ViewHost.h"
@@ -78,10 +80,7 @@ void CCorrievalView::TuneImported(std::int32_t tempo)
     m_host.TuneImported(*this, tempo);
 }
 
-bool CCorrievalView::EditPageSetup(PageSetup&)
-{
-    return false;
-}
+bool CCorrievalView::EditPageSetup(PageSetup& setup) { return CPageSetup::Edit(setup, this); }
 
 bool CCorrievalView::RunCommand(int id)
 {

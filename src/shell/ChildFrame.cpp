@@ -54,8 +54,8 @@ bool CChildFrame::SaveTo(const QString& path)
 {
     try {
         const WaitCursor wait;
-        // The zoom the tune was left at opens with it next time.
-        m_doc->LoadedZoom = m_view->Zoom();
+        // The zoom the tune was left at opens with it next time; a negative one follows the width.
+        m_doc->LoadedZoom = m_view->ZoomsToWidth() ? -1.0f : m_view->Zoom();
         SaveScore(*m_doc, path);
     } catch (const FileError& e) {
         ShowMessage(QStringLiteral("Could not save %1:\n%2").arg(QDir::toNativeSeparators(path), e.Reason()),

@@ -5,6 +5,7 @@
 #include "editor/CommandIds.h"
 #include "editor/CorrievalView.h"
 #include "formats/score/ScoreFile.h"
+#include "model/SessionState.h"
 #include "shell/CommandTable.h"
 #include "shell/MainFrame.h"
 #include "shell/QuickStartChooser.h"
@@ -24,6 +25,11 @@ namespace {
 
 class FrameTest : public ::testing::Test {
 protected:
+    // New tunes take A4 upright without the page set-up dialog, as a template does, so that no
+    // modal dialog waits for a click.
+    void SetUp() override { Session().TemplateOrientation = 2; }
+    void TearDown() override { Session().TemplateOrientation = 0; }
+
     bool Enabled(int id) { return frame.Commands().State(id).enabled; }
     bool Checked(int id) { return frame.Commands().State(id).checked; }
 

@@ -4,6 +4,7 @@
 #include "formats/glenmarch/GlenmarchFile.h"
 #include "formats/glenmarch/PipeDoc.h"
 #include "formats/score/ScoreFile.h"
+#include "platform/ImportSettings.h"
 
 namespace corrieval {
 
@@ -28,6 +29,8 @@ bool ImportBww(const QString& path)
     return ImportIntoActiveView(
         [&path] {
             bww::ImportLog log;
+            if (StrictBwwSetting())
+                log.Mode = bww::Reading::Strict;
             return LoadBww(path, log);
         },
         true);
