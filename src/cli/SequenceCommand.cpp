@@ -1,5 +1,6 @@
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
-#include "formats/score/ScoreFile.h"
+#include "cli/InputReader.h"
 #include "model/CorrievalDoc.h"
 #include "notation/NoteEx.h"
 #include "playback/TuneSequence.h"
@@ -9,6 +10,11 @@
 namespace corrieval::cli {
 
 namespace {
+
+const CommandHelp kHelp{"sequence", "sequence TUNE",
+                        "Prints the notes a tune plays, part by part in the order they sound, one a line "
+                        "with tabs between: part (0 to 3), index, start and length in the mixer's ticks, "
+                        "sample index, note name, duration code and playing weight."};
 
 // The notes of the nine recordings, by sample index.
 QString NoteName(std::int32_t sampleIndex)
@@ -23,10 +29,14 @@ QString NoteName(std::int32_t sampleIndex)
 
 int RunSequence(const QStringList& args, QTextStream& out, QTextStream& err)
 {
-    if (args.size() != 1)
-        return ReportUsage(err, QStringLiteral("sequence takes one score file"));
+    CommandLine line(kHelp);
+    if (const auto status = line.Parse(args, out, err))
+        return *status;
+    const auto tune = line.OneTune(err);
+    if (!tune)
+        return BadCommandLine;
     return GuardFileErrors(err, [&] {
-        const auto doc = LoadScore(args.front());
+        const auto doc = ReadInput(*tune);
         CTuneSequence sequence(doc.get());
         sequence.Build(nullptr);
         for (int part = 0; part < CTuneSequence::PartCount; ++part) {
