@@ -159,10 +159,63 @@ check "a conversion that hangs is stopped and refused" test "$(CORRIEVAL_CONVERT
 check "saying so" grep -qx "$work/stuck.bww: took too long and was stopped" "$work/err"
 check "while the other converts" grep -qx "2 files: 1 converted, 1 refused, 1 message" "$work/err"
 
-check "no command exits 2" test "$(status_of "$cli")" = 2
-check "an unknown command exits 2" test "$(status_of "$cli" frobnicate)" = 2
-check "convert with one file exits 2" test "$(status_of "$cli" convert "$example")" = 2
-check "an output kind it cannot write exits 2" test "$(status_of "$cli" convert "$example" "$work/x.txt")" = 2
+# Every command that reads a tune imports a BWW tune on the way, as convert does.
+check "info on a BWW tune" test "$(status_of "$cli" info "$tune")" = 0
+check "shows the imported score" grep -q '^CCorrievalDoc version' "$work/out"
+check "sequence on a BWW tune" test "$(status_of "$cli" sequence "$tune")" = 0
+check "lists its notes" grep -qP '^0\t0\t0\t' "$work/out"
+check "play on a BWW tune" \
+    test "$(status_of "$cli" play "$tune" --samples "$work/samples" --no-sound --tempo 999)" = 0
+check "goes through its bars" grep -q "bar 1 of " "$work/out"
+check "a broken BWW tune in info exits 1" test "$(status_of "$cli" info "$work/broken.bww")" = 1
+check "with the import's message naming it" grep -qx "$work/broken.bww: Invalid BWW file!" "$work/err"
+check "a clean conversion without a runtime folder" \
+    test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert "$tune" "$work/clean.pdf")" = 0
+check "says nothing on standard error" test ! -s "$work/err"
+
+# Help on standard output with status 0, for the tool and for each command.
+for command in convert play info sequence movements make-samples; do
+    check "$command --help exits 0" test "$(status_of "$cli" "$command" --help)" = 0
+    check "with its own usage" grep -q "^usage: corrieval-cli $command" "$work/out"
+    check "and its options" grep -q "^  -h, --help" "$work/out"
+    check "and nothing on standard error" test ! -s "$work/err"
+    cp "$work/out" "$work/help"
+    check "$command -h is the same" test "$(status_of "$cli" "$command" -h)" = 0
+    check "the same text" cmp -s "$work/out" "$work/help"
+done
+check "--help with a wrong option still helps" test "$(status_of "$cli" convert --colour --help)" = 0
+check "help COMMAND helps too" test "$(status_of "$cli" help play)" = 0
+check "the same text" cmp -s "$work/out" <("$cli" play --help)
+for help in --help -h help; do
+    check "the tool's $help exits 0" test "$(status_of "$cli" $help)" = 0
+    check "listing the commands" grep -q "^  make-samples  " "$work/out"
+done
+version=$(sed -n 's/^project(Corrieval VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../../CMakeLists.txt")
+check "--version exits 0" test "$(status_of "$cli" --version)" = 0
+check "with the project's version" test "$(cat "$work/out")" = "corrieval-cli (Corrieval) $version"
+
+# A wrong command line: its one line, where to find the right usage, and status 2.
+wrong_line() { # the command's name (empty for the tool), then the line
+    local command=$1; shift
+    check "'$*' exits 2" test "$(status_of "$cli" "$@")" = 2
+    check "with one line of error" test "$(wc -l <"$work/err") $(head -n 1 "$work/err" | cut -c 1-14)" = "2 corrieval-cli:"
+    check "then where help is" test "$(tail -n 1 "$work/err")" = "Try 'corrieval-cli ${command:+$command }--help'."
+    check "and nothing on standard output" test ! -s "$work/out"
+}
+wrong_line ""
+wrong_line "" frobnicate
+wrong_line "" help frobnicate
+wrong_line convert convert "$example"
+wrong_line convert convert "$example" "$work/x.txt"
+wrong_line convert convert --colour "$example" "$work/x.pdf"
+wrong_line convert convert --to pdf "$example"
+wrong_line info info "$example" "$example"
+wrong_line info info "$work/notes.txt"
+wrong_line sequence sequence
+wrong_line play play "$tune" --tempo 0
+wrong_line play play "$tune" --dpi 100
+wrong_line movements movements extra
+wrong_line make-samples make-samples --colour
 
 echo "$passes passed, $failures failed"
 test "$failures" = 0
