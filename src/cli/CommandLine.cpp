@@ -2,6 +2,7 @@
 
 #include "cli/Commands.h"
 #include "cli/InputReader.h"
+#include "model/CorrievalDoc.h"
 
 namespace corrieval::cli {
 
@@ -35,9 +36,10 @@ QString AsProblem(QString text)
 
 } // namespace
 
-const char* const TuneKinds = "A tune is a score (.skb), a template (.skt), a Glenmarch tune (.glm) or a Bagpiper "
-                              "Music Writer tune (.bww, .bmw); the last three are imported into a new score "
-                              "first, their messages on standard error one a line after the file's name.";
+const char* const TuneKinds =
+    "A tune is a score (.skb), a template (.skt), a Glenmarch tune (.glm) or a Bagpiper "
+    "Music Writer tune (.bww, .bmw); the last three are imported into a new score "
+    "first, their messages on standard error one a line after the file's name.";
 
 QString Wrapped(const QString& text, int indent)
 {
@@ -123,6 +125,22 @@ QString CommandLine::Help() const
             help += label + QLatin1Char('\n') + description;
     }
     return help;
+}
+
+int PrintFromTune(const CommandHelp& help, const QStringList& args, QTextStream& out, QTextStream& err,
+                  const std::function<void(CCorrievalDoc&)>& print)
+{
+    CommandLine line(help);
+    if (const auto status = line.Parse(args, out, err))
+        return *status;
+    const auto tune = line.OneTune(err);
+    if (!tune)
+        return BadCommandLine;
+    return GuardFileErrors(err, [&] {
+        print(*ReadInput(*tune));
+        out.flush();
+        return static_cast<int>(Success);
+    });
 }
 
 } // namespace corrieval::cli

@@ -5,7 +5,12 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <functional>
 #include <optional>
+
+namespace corrieval {
+class CCorrievalDoc;
+}
 
 namespace corrieval::cli {
 
@@ -47,6 +52,11 @@ private:
     QCommandLineOption m_helpOption{{QStringLiteral("h"), QStringLiteral("help")},
                                     QStringLiteral("show this help and exit")};
 };
+
+// Runs a command that takes one tune and no options but --help, and prints what it finds in it:
+// reads the tune and hands it to `print`, turning file problems into the one-line report.
+int PrintFromTune(const CommandHelp& help, const QStringList& args, QTextStream& out, QTextStream& err,
+                  const std::function<void(CCorrievalDoc&)>& print);
 
 // What every command that reads a tune says about it.
 extern const char* const TuneKinds;

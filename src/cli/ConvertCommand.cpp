@@ -178,8 +178,8 @@ int RunBatchConvert(const ConvertLine& line, QTextStream& stdOut, QTextStream& e
         const QString name = QFileInfo(in).completeBaseName();
         if (const auto [taken, added] = inputOfName.emplace(name, in); !added)
             return line.Wrong(err,
-                               QStringLiteral("'%1' and '%2' would both be written to '%3'")
-                                   .arg(taken->second, in, outDir.filePath(name + QLatin1Char('.') + kind)));
+                              QStringLiteral("'%1' and '%2' would both be written to '%3'")
+                                  .arg(taken->second, in, outDir.filePath(name + QLatin1Char('.') + kind)));
         BatchJob job{in, outDir.filePath(name + QLatin1Char('.') + kind)};
         if (const auto plan = Plan(line, job.In, job.Out); std::holds_alternative<QString>(plan))
             return line.Wrong(err, std::get<QString>(plan));

@@ -1,6 +1,5 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
-#include "cli/InputReader.h"
 #include "cli/TreePrinter.h"
 #include "model/CorrievalDoc.h"
 
@@ -16,18 +15,7 @@ const CommandHelp kHelp{"info", "info TUNE",
 
 int RunInfo(const QStringList& args, QTextStream& out, QTextStream& err)
 {
-    CommandLine line(kHelp);
-    if (const auto status = line.Parse(args, out, err))
-        return *status;
-    const auto tune = line.OneTune(err);
-    if (!tune)
-        return BadCommandLine;
-    return GuardFileErrors(err, [&] {
-        const auto doc = ReadInput(*tune);
-        PrintTree(*doc, out);
-        out.flush();
-        return static_cast<int>(Success);
-    });
+    return PrintFromTune(kHelp, args, out, err, [&](CCorrievalDoc& doc) { PrintTree(doc, out); });
 }
 
 } // namespace corrieval::cli

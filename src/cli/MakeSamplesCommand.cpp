@@ -9,9 +9,10 @@ int RunMakeSamples(const QStringList& args, QTextStream& out, QTextStream& err)
     // The options are the generator's own, shared with the build's make-samples program.
     if (args.contains(QLatin1String("--help")) || args.contains(QLatin1String("-h"))) {
         out << "usage: corrieval-cli make-samples DIR [OPTIONS]\n\n"
-            << Wrapped(QStringLiteral("Generates the recordings of the nine notes of each instrument into DIR "
-                                      "from a General MIDI SoundFont, for play and .wav output."),
-                       0)
+            << Wrapped(
+                   QStringLiteral("Generates the recordings of the nine notes of each instrument into DIR "
+                                  "from a General MIDI SoundFont, for play and .wav output."),
+                   0)
             << "\nOptions:\n"
             << samples::GeneratorUsage << "  -h, --help             show this help and exit\n"
             << Qt::flush;

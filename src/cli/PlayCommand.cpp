@@ -92,7 +92,8 @@ const CommandHelp kHelp{"play", "play TUNE [OPTIONS]",
 // The options of play; the tune is its one positional argument.
 struct PlayLine : CommandLine {
     PlayOptions Play;
-    QCommandLineOption Loop{QStringLiteral("loop"), QStringLiteral("play the tune again and again until Ctrl-C")};
+    QCommandLineOption Loop{QStringLiteral("loop"),
+                            QStringLiteral("play the tune again and again until Ctrl-C")};
     QCommandLineOption NoSound{QStringLiteral("no-sound"),
                                QStringLiteral("go through the tune at its pace without a sound device")};
 

@@ -43,17 +43,20 @@ private:
     QCommandLineOption m_tempo{QStringLiteral("tempo"),
                                QStringLiteral("beats a minute, 1 to 999 (default: the tune's own)"),
                                QStringLiteral("BPM")};
-    QCommandLineOption m_part{QStringLiteral("part"),
-                              QStringLiteral("all, or one part from 1 to 4 alone at full level (default all)"),
-                              QStringLiteral("PART"), QStringLiteral("all")};
-    QCommandLineOption m_instrument{QStringLiteral("instrument"),
-                                    QStringLiteral("bagpipes, chanter, smallpipes-bb, smallpipes-a, smallpipes-c "
-                                                   "or smallpipes-d (default bagpipes)"),
-                                    QStringLiteral("NAME"), QStringLiteral("bagpipes")};
-    QCommandLineOption m_samples{QStringLiteral("samples"),
-                                 QStringLiteral("the folder of the instrument's recordings (default: the data "
-                                                "folder's \"Instrument Samples\", which make-samples fills)"),
-                                 QStringLiteral("DIR")};
+    QCommandLineOption m_part{
+        QStringLiteral("part"),
+        QStringLiteral("all, or one part from 1 to 4 alone at full level (default all)"),
+        QStringLiteral("PART"), QStringLiteral("all")};
+    QCommandLineOption m_instrument{
+        QStringLiteral("instrument"),
+        QStringLiteral("bagpipes, chanter, smallpipes-bb, smallpipes-a, smallpipes-c "
+                       "or smallpipes-d (default bagpipes)"),
+        QStringLiteral("NAME"), QStringLiteral("bagpipes")};
+    QCommandLineOption m_samples{
+        QStringLiteral("samples"),
+        QStringLiteral("the folder of the instrument's recordings (default: the data "
+                       "folder's \"Instrument Samples\", which make-samples fills)"),
+        QStringLiteral("DIR")};
 };
 
 // A score ready to be pulled from: its sequence, and the mixer over the instrument's recordings

@@ -1,6 +1,5 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
-#include "cli/InputReader.h"
 #include "model/CorrievalDoc.h"
 #include "notation/NoteEx.h"
 #include "playback/TuneSequence.h"
@@ -29,15 +28,8 @@ QString NoteName(std::int32_t sampleIndex)
 
 int RunSequence(const QStringList& args, QTextStream& out, QTextStream& err)
 {
-    CommandLine line(kHelp);
-    if (const auto status = line.Parse(args, out, err))
-        return *status;
-    const auto tune = line.OneTune(err);
-    if (!tune)
-        return BadCommandLine;
-    return GuardFileErrors(err, [&] {
-        const auto doc = ReadInput(*tune);
-        CTuneSequence sequence(doc.get());
+    return PrintFromTune(kHelp, args, out, err, [&](CCorrievalDoc& doc) {
+        CTuneSequence sequence(&doc);
         sequence.Build(nullptr);
         for (int part = 0; part < CTuneSequence::PartCount; ++part) {
             const CNoteSampleArray& list = sequence.PlayList(part);
@@ -48,8 +40,6 @@ int RunSequence(const QStringList& args, QTextStream& out, QTextStream& err)
                     << record.Note->Duration << '\t' << record.Note->Weight << '\n';
             }
         }
-        out.flush();
-        return static_cast<int>(Success);
     });
 }
 

@@ -1,5 +1,5 @@
-#include "cli/Commands.h"
 #include "cli/CommandLine.h"
+#include "cli/Commands.h"
 #include "cli/QuietStart.h"
 
 #include <QGuiApplication>
