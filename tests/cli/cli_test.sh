@@ -126,7 +126,6 @@ check "lists the first 10,000 and says so" test "$(wc -l <"$work/out") $(tail -n
     "10001 $work/many.bww: only the first 10000 words passed over are listed"
 check "--report on a score lists nothing" test "$(status_of "$cli" convert --report "$example" "$work/r.skb")" = 0
 check "nothing at all" test ! -s "$work/out"
-# Without a runtime folder Qt warns in every child; such lines pass through but are not messages.
 check "a tune without heading texts imports in full" \
     test "$(status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 0
 check "but not strictly, where it is a broken file" \
@@ -135,6 +134,7 @@ mkdir -p "$work/strict-config"
 printf '[Settings]\nStrictBWW=1\n' >"$work/strict-config/Corrieval4 Book.ini"
 check "nor with StrictBWW in the settings" \
     test "$(CORRIEVAL_CONFIG_DIR="$work/strict-config" status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 1
+# Without a runtime folder every child starts as quietly as the tool itself.
 check "a batch with a broken file exits 1" \
     test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert --to png --out "$work/batch" --dpi 20 --strict "$tune" "$work/broken.bww")" = 1
 "$cli" convert --dpi 20 --strict "$tune" "$work/single.png" >/dev/null
@@ -142,6 +142,7 @@ check "the good file is drawn with the options given" cmp -s "$work/batch/Corrie
 check "and named on standard output" grep -qx "$work/batch/Corrieval_March.png" "$work/out"
 check "the broken file writes nothing" test ! -e "$work/batch/broken.png"
 check "its message names it" grep -qx "$work/broken.bww: Invalid BWW file!" "$work/err"
+check "and Qt's start says nothing" test "$(grep -c QStandardPaths "$work/err")" = 0
 check "the summary counts the files and the one message" \
     test "$(tail -n 1 "$work/err") $(grep -c -e "^$tune: " -e "^$work/broken.bww: " "$work/err")" = \
     "2 files: 1 converted, 1 refused, 1 message 1"
@@ -167,7 +168,8 @@ check "lists its notes" grep -qP '^0\t0\t0\t' "$work/out"
 check "play on a BWW tune" \
     test "$(status_of "$cli" play "$tune" --samples "$work/samples" --no-sound --tempo 999)" = 0
 check "goes through its bars" grep -q "bar 1 of " "$work/out"
-check "a broken BWW tune in info exits 1" test "$(status_of "$cli" info "$work/broken.bww")" = 1
+check "a broken BWW tune in info exits 1" \
+    test "$(CORRIEVAL_CONFIG_DIR="$work/strict-config" status_of "$cli" info "$work/broken.bww")" = 1
 check "with the import's message naming it" grep -qx "$work/broken.bww: Invalid BWW file!" "$work/err"
 check "a clean conversion without a runtime folder" \
     test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert "$tune" "$work/clean.pdf")" = 0
