@@ -85,7 +85,10 @@ struct ConvertLine : CommandLine {
                               QStringLiteral("read a .bww or .bmw tune as the older program did")};
     PlayOptions Play; // for .wav output
 
-    ConvertLine() : CommandLine(kHelp) { Add(QList{To, OutDir, Print, Dpi, Report, Strict} + Play.Options()); }
+    ConvertLine() : CommandLine(kHelp)
+    {
+        Add(QList{To, OutDir, Print, Dpi, Report, Strict} + Play.Options());
+    }
     bool IsBatch() const { return Parser().isSet(To) || Parser().isSet(OutDir); }
 
     // The options given that apply to each file, as a single conversion takes them.
