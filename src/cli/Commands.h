@@ -11,7 +11,8 @@ namespace corrieval::cli {
 // Exit statuses of the tool.
 enum ExitStatus { Success = 0, FileFailed = 1, BadCommandLine = 2 };
 
-// Each command takes its own arguments (after the command word).
+// Each command takes its own arguments (after the command word); each answers --help and -h with
+// its own usage and options.
 int RunInfo(const QStringList& args, QTextStream& out, QTextStream& err);
 int RunConvert(const QStringList& args, QTextStream& out, QTextStream& err);
 // Lists the note and movement galleries as the app offers them, gracenotes by pitch name.
@@ -29,7 +30,9 @@ bool ConvertDrawsPages(const QStringList& args);
 
 // Prints "corrieval-cli: FILE: PROBLEM" and gives the status to exit with.
 int ReportFileProblem(QTextStream& err, const QString& file, const QString& problem);
-int ReportUsage(QTextStream& err, const QString& problem);
+// Prints "corrieval-cli: PROBLEM" and where the right usage is told, "Try 'corrieval-cli COMMAND
+// --help'." (without COMMAND when it is empty), and gives the status to exit with.
+int ReportUsage(QTextStream& err, const QString& command, const QString& problem);
 
 // Runs a file operation, turning archive and file errors into the one-line report.
 template <class Operation> int GuardFileErrors(QTextStream& err, Operation&& operation)

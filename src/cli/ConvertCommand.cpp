@@ -1,4 +1,5 @@
 #include "cli/BatchConvert.h"
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/InputReader.h"
 #include "cli/PlayOptions.h"
@@ -49,28 +50,46 @@ int DrawPages(const QString& in, const QString& out, platform::PageFormat format
     });
 }
 
-// The options of convert; the files are its positional arguments.
-struct ConvertLine {
-    QCommandLineParser Parser;
-    QCommandLineOption Dpi{QStringLiteral("dpi"), QString(), QStringLiteral("N"), QStringLiteral("150")};
-    QCommandLineOption Print{QStringLiteral("print")};
-    QCommandLineOption Report{QStringLiteral("report")};
-    QCommandLineOption Strict{QStringLiteral("strict")};
-    PlayOptions Play; // for .wav output
-    // The batch form: every file given is an input.
-    QCommandLineOption To{QStringLiteral("to"), QString(), QStringLiteral("FMT")};
-    QCommandLineOption OutDir{QStringLiteral("out"), QString(), QStringLiteral("DIR")};
+const CommandHelp kHelp{
+    "convert", "convert TUNE OUT [OPTIONS]\nconvert --to FMT --out DIR [OPTIONS] TUNE...",
+    "Converts a tune into OUT, of the kind its extension names: a score (.skb), a player file (.skp), the "
+    "pages drawn as .pdf, .svg or .png (OUT-1.png, OUT-2.png, ... for several pages), or the tune rendered "
+    "as it plays into .wav, with --tempo, --part, --instrument and --samples. The files written are listed "
+    "on standard output.\n\n"
+    "With --to and --out it converts each TUNE into DIR/NAME.FMT, several side by side, each in a process "
+    "of its own: a file that fails, or takes over two minutes and is stopped, is refused alone. DIR is made "
+    "if missing. A summary line ends it on standard error, and the exit status is 1 if any file was "
+    "refused.\n\n"
+    "OUT is never left half-written."};
 
-    ConvertLine()
+// The options of convert; the files are its positional arguments.
+struct ConvertLine : CommandLine {
+    // The batch form: every file given is an input.
+    QCommandLineOption To{QStringLiteral("to"),
+                          QStringLiteral("with --out: convert every TUNE to FMT, one of skb, skp, pdf, svg, "
+                                         "png or wav"),
+                          QStringLiteral("FMT")};
+    QCommandLineOption OutDir{QStringLiteral("out"), QStringLiteral("with --to: the folder to write into"),
+                              QStringLiteral("DIR")};
+    QCommandLineOption Print{QStringLiteral("print"),
+                             QStringLiteral("draw pages as for the printer, music alone, without the page's "
+                                            "shadow, outline and shaded margins")};
+    QCommandLineOption Dpi{QStringLiteral("dpi"),
+                           QStringLiteral("the resolution of .png pages, 1 to 1200 (default 150)"),
+                           QStringLiteral("N"), QStringLiteral("150")};
+    QCommandLineOption Report{QStringLiteral("report"),
+                              QStringLiteral("list the words of a .bww or .bmw tune that the import passed "
+                                             "over, \"FILE:LINE: passed over WORD\" a line on standard "
+                                             "output")};
+    QCommandLineOption Strict{QStringLiteral("strict"),
+                              QStringLiteral("read a .bww or .bmw tune as the older program did")};
+    PlayOptions Play; // for .wav output
+
+    ConvertLine() : CommandLine(kHelp)
     {
-        Parser.addOptions({Dpi, Print, Report, Strict, To, OutDir});
-        Play.AddTo(Parser);
+        Add(QList{To, OutDir, Print, Dpi, Report, Strict} + Play.Options());
     }
-    bool Parse(const QStringList& args)
-    {
-        return Parser.parse(QStringList{QStringLiteral("convert")} + args);
-    }
-    bool IsBatch() const { return Parser.isSet(To) || Parser.isSet(OutDir); }
+    bool IsBatch() const { return Parser().isSet(To) || Parser().isSet(OutDir); }
 
     // The options given that apply to each file, as a single conversion takes them.
     QStringList FileOptions() const
@@ -78,11 +97,11 @@ struct ConvertLine {
         QStringList args;
         for (const QCommandLineOption& option :
              QList<QCommandLineOption>{Dpi, Print, Report, Strict} + Play.Options()) {
-            if (!Parser.isSet(option))
+            if (!Parser().isSet(option))
                 continue;
             args << QStringLiteral("--") + option.names().front();
             if (!option.valueName().isEmpty())
-                args << Parser.value(option);
+                args << Parser().value(option);
         }
         return args;
     }
@@ -94,10 +113,10 @@ using Conversion = std::function<int(bww::ImportLog& log, QTextStream& out, QTex
 // The conversion of `in` into `out` with the options of the line, or what is wrong with them.
 std::variant<Conversion, QString> Plan(const ConvertLine& line, const QString& in, const QString& out)
 {
-    const QCommandLineParser& parser = line.Parser;
+    const QCommandLineParser& parser = line.Parser();
     const QString outKind = Suffix(out);
-    if (!CanReadInput(in))
-        return QStringLiteral("cannot read '%1': give %2").arg(in, ReadableInputs());
+    if (QString problem = InputProblem(in); !problem.isEmpty())
+        return problem;
     if (outKind == QLatin1String("wav") && !parser.isSet(line.Dpi) && !parser.isSet(line.Print)) {
         const auto settings = line.Play.Read(parser);
         if (const QString* problem = std::get_if<QString>(&settings))
@@ -145,15 +164,15 @@ std::variant<Conversion, QString> Plan(const ConvertLine& line, const QString& i
 // convert --to FMT --out DIR FILE...: each file into DIR under its own name, in child processes.
 int RunBatchConvert(const ConvertLine& line, QTextStream& stdOut, QTextStream& err)
 {
-    const QCommandLineParser& parser = line.Parser;
+    const QCommandLineParser& parser = line.Parser();
     if (!parser.isSet(line.To) || !parser.isSet(line.OutDir))
-        return ReportUsage(err, QStringLiteral("--to and --out go together"));
+        return line.Wrong(err, QStringLiteral("--to and --out go together"));
     const QString kind = parser.value(line.To).toLower();
     if (!kBatchKinds.contains(kind))
-        return ReportUsage(err, QStringLiteral("--to takes skb, skp, pdf, svg, png or wav"));
+        return line.Wrong(err, QStringLiteral("--to takes skb, skp, pdf, svg, png or wav"));
     const QStringList inputs = parser.positionalArguments();
     if (inputs.isEmpty())
-        return ReportUsage(err, QStringLiteral("convert --to takes one or more input files"));
+        return line.Wrong(err, QStringLiteral("convert --to takes one or more input files"));
 
     const QDir outDir(parser.value(line.OutDir));
     std::vector<BatchJob> jobs;
@@ -161,12 +180,12 @@ int RunBatchConvert(const ConvertLine& line, QTextStream& stdOut, QTextStream& e
     for (const QString& in : inputs) {
         const QString name = QFileInfo(in).completeBaseName();
         if (const auto [taken, added] = inputOfName.emplace(name, in); !added)
-            return ReportUsage(err,
-                               QStringLiteral("'%1' and '%2' would both be written to '%3'")
-                                   .arg(taken->second, in, outDir.filePath(name + QLatin1Char('.') + kind)));
+            return line.Wrong(err,
+                              QStringLiteral("'%1' and '%2' would both be written to '%3'")
+                                  .arg(taken->second, in, outDir.filePath(name + QLatin1Char('.') + kind)));
         BatchJob job{in, outDir.filePath(name + QLatin1Char('.') + kind)};
         if (const auto plan = Plan(line, job.In, job.Out); std::holds_alternative<QString>(plan))
-            return ReportUsage(err, std::get<QString>(plan));
+            return line.Wrong(err, std::get<QString>(plan));
         jobs.push_back(std::move(job));
     }
     if (!outDir.mkpath(QStringLiteral(".")))
@@ -179,31 +198,31 @@ int RunBatchConvert(const ConvertLine& line, QTextStream& stdOut, QTextStream& e
 bool ConvertDrawsPages(const QStringList& args)
 {
     ConvertLine line;
-    if (!line.Parse(args) || line.IsBatch())
+    if (!line.ParseSilently(args) || line.IsBatch())
         return false;
-    const QStringList files = line.Parser.positionalArguments();
+    const QStringList files = line.Parser().positionalArguments();
     return files.size() == 2 && platform::PageFormatOfFile(files[1]).has_value();
 }
 
 int RunConvert(const QStringList& args, QTextStream& stdOut, QTextStream& err)
 {
     ConvertLine line;
-    if (!line.Parse(args))
-        return ReportUsage(err, line.Parser.errorText());
+    if (const auto status = line.Parse(args, stdOut, err))
+        return *status;
     if (line.IsBatch())
         return RunBatchConvert(line, stdOut, err);
 
-    const QStringList files = line.Parser.positionalArguments();
+    const QStringList files = line.Parser().positionalArguments();
     if (files.size() != 2)
-        return ReportUsage(err, QStringLiteral("convert takes an input and an output file"));
+        return line.Wrong(err, QStringLiteral("convert takes an input and an output file"));
     const auto plan = Plan(line, files[0], files[1]);
     if (const QString* problem = std::get_if<QString>(&plan))
-        return ReportUsage(err, *problem);
+        return line.Wrong(err, *problem);
     bww::ImportLog log;
-    if (line.Parser.isSet(line.Strict))
+    if (line.Parser().isSet(line.Strict))
         log.Mode = bww::Reading::Strict;
     const int status = std::get<Conversion>(plan)(log, stdOut, err);
-    if (line.Parser.isSet(line.Report))
+    if (line.Parser().isSet(line.Report))
         PrintPassedWords(files[0], log, stdOut);
     return status;
 }

@@ -56,16 +56,13 @@ std::unique_ptr<CCorrievalDoc> ReadMusicWriterTune(const QString& path, bww::Imp
 
 } // namespace
 
-bool CanReadInput(const QString& path)
+QString InputProblem(const QString& path)
 {
-    const QString kind = Kind(path);
-    return kind == QLatin1String("skb") || kind == QLatin1String("skt") || kind == QLatin1String("glm") ||
-           kind == QLatin1String("bww") || kind == QLatin1String("bmw");
-}
-
-QString ReadableInputs()
-{
-    return QStringLiteral("a .skb, .skt, .glm, .bww or .bmw file");
+    static const QStringList kinds{QStringLiteral("skb"), QStringLiteral("skt"), QStringLiteral("glm"),
+                                   QStringLiteral("bww"), QStringLiteral("bmw")};
+    if (kinds.contains(Kind(path)))
+        return {};
+    return QStringLiteral("cannot read '%1': give a .skb, .skt, .glm, .bww or .bmw file").arg(path);
 }
 
 std::unique_ptr<CCorrievalDoc> ReadInput(const QString& path, bww::ImportLog* log)

@@ -13,10 +13,10 @@ class ImportLog;
 
 namespace corrieval::cli {
 
-// What convert reads, by the file's extension: scores (".skb"), templates (".skt"), Glenmarch
-// tunes (".glm") and Bagpiper Music Writer tunes (".bww", ".bmw").
-bool CanReadInput(const QString& path);
-QString ReadableInputs();
+// What every command reads, by the file's extension: scores (".skb"), templates (".skt"),
+// Glenmarch tunes (".glm") and Bagpiper Music Writer tunes (".bww", ".bmw"). Empty for a file of
+// one of those kinds, else the problem as a line for the user.
+QString InputProblem(const QString& path);
 
 // The input as a score: a score or template as it stands, an older tune converted into a new
 // score. Messages met on the way go to standard error, each on one line after the file's name.

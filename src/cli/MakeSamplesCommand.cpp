@@ -1,3 +1,4 @@
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "samples/SampleGenerator.h"
 
@@ -5,15 +6,24 @@ namespace corrieval::cli {
 
 int RunMakeSamples(const QStringList& args, QTextStream& out, QTextStream& err)
 {
-    if (args.contains(QLatin1String("--help"))) {
-        out << "usage: corrieval-cli make-samples DIR [options]\n" << samples::GeneratorUsage << Qt::flush;
+    // The options are the generator's own, shared with the build's make-samples program.
+    if (args.contains(QLatin1String("--help")) || args.contains(QLatin1String("-h"))) {
+        out << "usage: corrieval-cli make-samples DIR [OPTIONS]\n\n"
+            << Wrapped(
+                   QStringLiteral("Generates the recordings of the nine notes of each instrument into DIR "
+                                  "from a General MIDI SoundFont, for play and .wav output."),
+                   0)
+            << "\nOptions:\n"
+            << samples::GeneratorUsage << "  -h, --help             show this help and exit\n"
+            << Qt::flush;
         return Success;
     }
+    const QString command = QStringLiteral("make-samples");
     samples::GeneratorOptions options;
     if (const QString problem = samples::ParseGeneratorArguments(args, options); !problem.isEmpty())
-        return ReportUsage(err, QStringLiteral("make-samples: %1").arg(problem));
+        return ReportUsage(err, command, problem);
     if (options.Folder.isEmpty())
-        return ReportUsage(err, QStringLiteral("make-samples takes the folder to fill"));
+        return ReportUsage(err, command, QStringLiteral("make-samples takes the folder to fill"));
     const samples::GeneratorResult result =
         samples::GenerateSamples(options, [&](const QString& line) { out << line << Qt::endl; });
     return result.Ok() ? static_cast<int>(Success) : ReportFileProblem(err, result.File, result.Problem);

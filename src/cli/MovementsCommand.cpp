@@ -1,3 +1,4 @@
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "notation/FixedNoteGroup.h"
 #include "notation/NoteEx.h"
@@ -6,6 +7,11 @@
 namespace corrieval::cli {
 
 namespace {
+
+const CommandHelp kHelp{"movements", "movements",
+                        "Lists the note and movement galleries as the desktop program offers them, an entry "
+                        "a line: its place in the gallery, its name, the digits that place its notes, and "
+                        "what it gives, a note value or the pitches and playing weights of its gracenotes."};
 
 constexpr const char* kPitchNames[] = {"High A", "High G", "F", "E", "D", "C", "B", "Low A", "Low G"};
 
@@ -43,8 +49,11 @@ QString Describe(const PaletteEntry& entry)
 
 int RunMovements(const QStringList& args, QTextStream& out, QTextStream& err)
 {
-    if (!args.isEmpty())
-        return ReportUsage(err, QStringLiteral("movements takes no arguments"));
+    CommandLine line(kHelp);
+    if (const auto status = line.Parse(args, out, err))
+        return *status;
+    if (!line.Files().isEmpty())
+        return line.Wrong(err, QStringLiteral("movements takes no arguments"));
     // What the app offers is what its first start leaves in the store.
     const QString problem = InstallMovementDefinitions();
     if (!problem.isEmpty())

@@ -1,3 +1,4 @@
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/PlayOptions.h"
 #include "model/CorrievalDoc.h"
@@ -83,19 +84,20 @@ private:
     double m_ticksPerSecond = 0;
 };
 
-// The options of play; the score is its one positional argument.
-struct PlayLine {
-    QCommandLineParser Parser;
-    PlayOptions Play;
-    QCommandLineOption Loop{QStringLiteral("loop")};
-    QCommandLineOption NoSound{QStringLiteral("no-sound")};
+const CommandHelp kHelp{"play", "play TUNE [OPTIONS]",
+                        "Plays a tune through the sound server until it ends, showing the time and the bar: "
+                        "on a terminal in one line rewritten in place, elsewhere a line for each bar. Ctrl-C "
+                        "stops it."};
 
-    PlayLine()
-    {
-        Play.AddTo(Parser);
-        Parser.addOptions({Loop, NoSound});
-    }
-    bool Parse(const QStringList& args) { return Parser.parse(QStringList{QStringLiteral("play")} + args); }
+// The options of play; the tune is its one positional argument.
+struct PlayLine : CommandLine {
+    PlayOptions Play;
+    QCommandLineOption Loop{QStringLiteral("loop"),
+                            QStringLiteral("play the tune again and again until Ctrl-C")};
+    QCommandLineOption NoSound{QStringLiteral("no-sound"),
+                               QStringLiteral("go through the tune at its pace without a sound device")};
+
+    PlayLine() : CommandLine(kHelp) { Add(Play.Options() + QList{Loop, NoSound}); }
 };
 
 // Plays until the tune ends (and, looping, until Ctrl-C), showing where it stands: on a terminal
@@ -149,23 +151,23 @@ int Perform(const PreparedTune& tune, CAudioStream& stream, bool loop, QTextStre
 int RunPlay(const QStringList& args, QTextStream& out, QTextStream& err)
 {
     PlayLine line;
-    if (!line.Parse(args))
-        return ReportUsage(err, line.Parser.errorText());
-    const QStringList files = line.Parser.positionalArguments();
-    if (files.size() != 1)
-        return ReportUsage(err, QStringLiteral("play takes one score file"));
-    const auto settings = line.Play.Read(line.Parser);
+    if (const auto status = line.Parse(args, out, err))
+        return *status;
+    const auto file = line.OneTune(err);
+    if (!file)
+        return BadCommandLine;
+    const auto settings = line.Play.Read(line.Parser());
     if (const QString* problem = std::get_if<QString>(&settings))
-        return ReportUsage(err, *problem);
+        return line.Wrong(err, *problem);
 
     // From here on Ctrl-C ends the play cleanly, even one that comes while the tune is loading.
     g_interrupted = 0;
     std::signal(SIGINT, OnInterrupt);
     std::signal(SIGTERM, OnInterrupt);
     return GuardFileErrors(err, [&] {
-        const auto tune = PrepareTune(files.front(), std::get<PlaySettings>(settings));
+        const auto tune = PrepareTune(*file, std::get<PlaySettings>(settings));
         std::unique_ptr<AudioDevice> device;
-        if (line.Parser.isSet(line.NoSound))
+        if (line.Parser().isSet(line.NoSound))
             device = std::make_unique<NullAudioDevice>();
         else
             device = std::make_unique<platform::QtAudioDevice>();
@@ -173,7 +175,7 @@ int RunPlay(const QStringList& args, QTextStream& out, QTextStream& err)
         CAudioStream stream(std::move(device), tune->Source);
         if (!stream.Initialised())
             return static_cast<int>(FileFailed);
-        return Perform(*tune, stream, line.Parser.isSet(line.Loop), out);
+        return Perform(*tune, stream, line.Parser().isSet(line.Loop), out);
     });
 }
 

@@ -33,11 +33,6 @@ constexpr std::int32_t kMaxTempo = 999;
 
 } // namespace
 
-void PlayOptions::AddTo(QCommandLineParser& parser) const
-{
-    parser.addOptions(Options());
-}
-
 bool PlayOptions::AnySet(const QCommandLineParser& parser) const
 {
     return parser.isSet(m_tempo) || parser.isSet(m_part) || parser.isSet(m_instrument) ||

@@ -34,19 +34,29 @@ struct PlaySettings {
 // The options that give those settings: --tempo, --part, --instrument, --samples.
 class PlayOptions {
 public:
-    void AddTo(QCommandLineParser& parser) const;
     QList<QCommandLineOption> Options() const { return {m_tempo, m_part, m_instrument, m_samples}; }
     bool AnySet(const QCommandLineParser& parser) const;
     // The settings, or what is wrong with the options as a line for the user.
     std::variant<PlaySettings, QString> Read(const QCommandLineParser& parser) const;
 
 private:
-    QCommandLineOption m_tempo{QStringLiteral("tempo"), QString(), QStringLiteral("BPM")};
-    QCommandLineOption m_part{QStringLiteral("part"), QString(), QStringLiteral("PART"),
-                              QStringLiteral("all")};
-    QCommandLineOption m_instrument{QStringLiteral("instrument"), QString(), QStringLiteral("NAME"),
-                                    QStringLiteral("bagpipes")};
-    QCommandLineOption m_samples{QStringLiteral("samples"), QString(), QStringLiteral("DIR")};
+    QCommandLineOption m_tempo{QStringLiteral("tempo"),
+                               QStringLiteral("beats a minute, 1 to 999 (default: the tune's own)"),
+                               QStringLiteral("BPM")};
+    QCommandLineOption m_part{
+        QStringLiteral("part"),
+        QStringLiteral("all, or one part from 1 to 4 alone at full level (default all)"),
+        QStringLiteral("PART"), QStringLiteral("all")};
+    QCommandLineOption m_instrument{
+        QStringLiteral("instrument"),
+        QStringLiteral("bagpipes, chanter, smallpipes-bb, smallpipes-a, smallpipes-c "
+                       "or smallpipes-d (default bagpipes)"),
+        QStringLiteral("NAME"), QStringLiteral("bagpipes")};
+    QCommandLineOption m_samples{
+        QStringLiteral("samples"),
+        QStringLiteral("the folder of the instrument's recordings (default: the data "
+                       "folder's \"Instrument Samples\", which make-samples fills)"),
+        QStringLiteral("DIR")};
 };
 
 // A score ready to be pulled from: its sequence, and the mixer over the instrument's recordings

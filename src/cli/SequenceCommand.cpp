@@ -1,5 +1,5 @@
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
-#include "formats/score/ScoreFile.h"
 #include "model/CorrievalDoc.h"
 #include "notation/NoteEx.h"
 #include "playback/TuneSequence.h"
@@ -9,6 +9,11 @@
 namespace corrieval::cli {
 
 namespace {
+
+const CommandHelp kHelp{"sequence", "sequence TUNE",
+                        "Prints the notes a tune plays, part by part in the order they sound, one a line "
+                        "with tabs between: part (0 to 3), index, start and length in the mixer's ticks, "
+                        "sample index, note name, duration code and playing weight."};
 
 // The notes of the nine recordings, by sample index.
 QString NoteName(std::int32_t sampleIndex)
@@ -23,11 +28,8 @@ QString NoteName(std::int32_t sampleIndex)
 
 int RunSequence(const QStringList& args, QTextStream& out, QTextStream& err)
 {
-    if (args.size() != 1)
-        return ReportUsage(err, QStringLiteral("sequence takes one score file"));
-    return GuardFileErrors(err, [&] {
-        const auto doc = LoadScore(args.front());
-        CTuneSequence sequence(doc.get());
+    return PrintFromTune(kHelp, args, out, err, [&](CCorrievalDoc& doc) {
+        CTuneSequence sequence(&doc);
         sequence.Build(nullptr);
         for (int part = 0; part < CTuneSequence::PartCount; ++part) {
             const CNoteSampleArray& list = sequence.PlayList(part);
@@ -38,8 +40,6 @@ int RunSequence(const QStringList& args, QTextStream& out, QTextStream& err)
                     << record.Note->Duration << '\t' << record.Note->Weight << '\n';
             }
         }
-        out.flush();
-        return static_cast<int>(Success);
     });
 }
 

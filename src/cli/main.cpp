@@ -1,44 +1,83 @@
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
+#include "cli/QuietStart.h"
 
 #include <QGuiApplication>
 
+#include <array>
 #include <memory>
 
 using namespace corrieval::cli;
 
 namespace {
-const char* const kUsage = "usage: corrieval-cli info FILE\n"
-                           "       corrieval-cli convert IN OUT [--print] [--dpi N] [--report] [--strict]\n"
-                           "       corrieval-cli convert --to FMT --out DIR IN... [OPTIONS]\n"
-                           "       corrieval-cli movements\n"
-                           "       corrieval-cli sequence SCORE\n"
-                           "       corrieval-cli play SCORE [--loop] [--no-sound] [PLAY OPTIONS]\n"
-                           "       corrieval-cli make-samples DIR [SAMPLE OPTIONS]\n"
-                           "  IN is a score (.skb), a template (.skt), a Glenmarch tune (.glm) or a\n"
-                           "  Bagpiper Music Writer tune (.bww, .bmw); OUT is a score (.skb), a player\n"
-                           "  file (.skp), or the pages drawn as .pdf, .svg or .png (NAME-1.png, ...\n"
-                           "  for several pages). --print draws for paper, without the page's shadow,\n"
-                           "  outline and margin shading. --dpi sets the resolution of .png pages\n"
-                           "  (default 150). --report lists the words a .bww or .bmw import passed\n"
-                           "  over, \"FILE:LINE: passed over WORD\" a line on standard output.\n"
-                           "  --strict reads a .bww or .bmw tune as the older program did.\n"
-                           "  OUT may also be a .wav file, rendered with the PLAY OPTIONS: --tempo BPM\n"
-                           "  (default: the score's), --part all|1-4 (one part at full level),\n"
-                           "  --instrument bagpipes|chanter|smallpipes-bb|smallpipes-a|smallpipes-c|\n"
-                           "  smallpipes-d, --samples DIR (default: the data folder's \"Instrument\n"
-                           "  Samples\").\n"
-                           "  With --to and --out, convert turns each IN into DIR/NAME.FMT, FMT one of\n"
-                           "  skb, skp, pdf, svg, png or wav, several at once, with the same OPTIONS;\n"
-                           "  DIR is made if missing. A summary ends it on standard error; the exit\n"
-                           "  status is 1 if any file was refused. A file that takes over two minutes\n"
-                           "  is stopped and refused.\n"
-                           "  movements lists the note and movement galleries with the pitches and\n"
-                           "  playing weights of each movement's gracenotes. play sounds the tune\n"
-                           "  through the sound server, showing the time and the bar, until it ends;\n"
-                           "  --loop plays it again until Ctrl-C, and --no-sound goes through it at\n"
-                           "  its pace without a sound device.\n"
-                           "  make-samples generates the instrument samples into DIR from a General MIDI\n"
-                           "  SoundFont; corrieval-cli make-samples --help lists its options.\n";
+
+struct Command {
+    const char* Name;
+    const char* Summary;
+    int (*Run)(const QStringList& args, QTextStream& out, QTextStream& err);
+};
+
+// In the order the help lists them: the common tasks first.
+constexpr std::array<Command, 6> kCommands{{
+    {"convert", "convert tunes to scores, player files, PDF, SVG, PNG pages or WAV sound", RunConvert},
+    {"play", "play a tune through the sound server, showing the time and the bar", RunPlay},
+    {"info", "print the object tree of a tune", RunInfo},
+    {"sequence", "print the notes a tune plays, one a line", RunSequence},
+    {"movements", "list the note and movement galleries with their gracenotes", RunMovements},
+    {"make-samples", "generate the instrument recordings from a SoundFont", RunMakeSamples},
+}};
+
+QString ToolHelp()
+{
+    QString help = QStringLiteral("usage: corrieval-cli COMMAND [OPTIONS] [FILES]\n"
+                                  "       corrieval-cli --help | --version\n\n") +
+                   Wrapped(QStringLiteral("Converts, draws, renders and plays Great Highland Bagpipe tunes "
+                                          "without a window, for scripts and batches."),
+                           0) +
+                   QStringLiteral("\nCommands:\n");
+    for (const Command& command : kCommands)
+        help += QStringLiteral("  %1").arg(QLatin1String(command.Name)).leftJustified(16) +
+                Wrapped(QLatin1String(command.Summary), 16).mid(16);
+    return help + QLatin1Char('\n') + Wrapped(QLatin1String(TuneKinds), 0) +
+           QStringLiteral("\n'corrieval-cli COMMAND --help' shows a command's usage and options;\n"
+                          "'corrieval-cli help COMMAND' does the same.\n\n"
+                          "Exit status: 0 done, 1 a file could not be read or written, 2 a wrong\n"
+                          "command line.\n");
+}
+
+const Command* FindCommand(const QString& name)
+{
+    for (const Command& command : kCommands)
+        if (name == QLatin1String(command.Name))
+            return &command;
+    return nullptr;
+}
+
+// The tool's own words before any command: help, version, or which command to run.
+int RunTool(QStringList args, QTextStream& out, QTextStream& err)
+{
+    if (args.isEmpty())
+        return ReportUsage(err, {}, QStringLiteral("no command given"));
+    const QString word = args.takeFirst();
+    if (word == QLatin1String("--help") || word == QLatin1String("-h") ||
+        (word == QLatin1String("help") && args.isEmpty())) {
+        out << ToolHelp() << Qt::flush;
+        return Success;
+    }
+    if (word == QLatin1String("--version")) {
+        out << "corrieval-cli (Corrieval) " << CORRIEVAL_VERSION << Qt::endl;
+        return Success;
+    }
+    if (word == QLatin1String("help")) {
+        if (const Command* command = FindCommand(args.front()); command != nullptr && args.size() == 1)
+            return command->Run({QStringLiteral("--help")}, out, err);
+        return ReportUsage(err, {}, QStringLiteral("help takes one command"));
+    }
+    if (const Command* command = FindCommand(word))
+        return command->Run(args, out, err);
+    return ReportUsage(err, {}, QStringLiteral("unknown command '%1'").arg(word));
+}
+
 } // namespace
 
 int corrieval::cli::ReportFileProblem(QTextStream& err, const QString& file, const QString& problem)
@@ -47,14 +86,16 @@ int corrieval::cli::ReportFileProblem(QTextStream& err, const QString& file, con
     return FileFailed;
 }
 
-int corrieval::cli::ReportUsage(QTextStream& err, const QString& problem)
+int corrieval::cli::ReportUsage(QTextStream& err, const QString& command, const QString& problem)
 {
-    err << "corrieval-cli: " << problem << '\n' << kUsage << Qt::flush;
+    err << "corrieval-cli: " << problem << "\nTry 'corrieval-cli "
+        << (command.isEmpty() ? QString() : command + QLatin1Char(' ')) << "--help'." << Qt::endl;
     return BadCommandLine;
 }
 
 int main(int argc, char** argv)
 {
+    KeepQtStartQuiet();
     // Drawing pages needs a GUI application for fonts and painting, though the tool never shows
     // a window; everything else stays on a core application, which starts quicker and quieter.
     QStringList rawArgs;
@@ -68,28 +109,8 @@ int main(int argc, char** argv)
     } else {
         app = std::make_unique<QCoreApplication>(argc, argv);
     }
+    QCoreApplication::setApplicationVersion(QStringLiteral(CORRIEVAL_VERSION));
     QTextStream out(stdout);
     QTextStream err(stderr);
-
-    QStringList args = QCoreApplication::arguments().mid(1);
-    if (args.isEmpty())
-        return ReportUsage(err, QStringLiteral("no command given"));
-    const QString command = args.takeFirst();
-    if (command == QLatin1String("info"))
-        return RunInfo(args, out, err);
-    if (command == QLatin1String("convert"))
-        return RunConvert(args, out, err);
-    if (command == QLatin1String("movements"))
-        return RunMovements(args, out, err);
-    if (command == QLatin1String("sequence"))
-        return RunSequence(args, out, err);
-    if (command == QLatin1String("play"))
-        return RunPlay(args, out, err);
-    if (command == QLatin1String("make-samples"))
-        return RunMakeSamples(args, out, err);
-    if (command == QLatin1String("--help") || command == QLatin1String("help")) {
-        out << kUsage << Qt::flush;
-        return Success;
-    }
-    return ReportUsage(err, QStringLiteral("unknown command '%1'").arg(command));
+    return RunTool(QCoreApplication::arguments().mid(1), out, err);
 }

@@ -126,7 +126,6 @@ check "lists the first 10,000 and says so" test "$(wc -l <"$work/out") $(tail -n
     "10001 $work/many.bww: only the first 10000 words passed over are listed"
 check "--report on a score lists nothing" test "$(status_of "$cli" convert --report "$example" "$work/r.skb")" = 0
 check "nothing at all" test ! -s "$work/out"
-# Without a runtime folder Qt warns in every child; such lines pass through but are not messages.
 check "a tune without heading texts imports in full" \
     test "$(status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 0
 check "but not strictly, where it is a broken file" \
@@ -135,6 +134,7 @@ mkdir -p "$work/strict-config"
 printf '[Settings]\nStrictBWW=1\n' >"$work/strict-config/Corrieval4 Book.ini"
 check "nor with StrictBWW in the settings" \
     test "$(CORRIEVAL_CONFIG_DIR="$work/strict-config" status_of "$cli" convert "$work/broken.bww" "$work/untitled.skb")" = 1
+# Without a runtime folder every child starts as quietly as the tool itself.
 check "a batch with a broken file exits 1" \
     test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert --to png --out "$work/batch" --dpi 20 --strict "$tune" "$work/broken.bww")" = 1
 "$cli" convert --dpi 20 --strict "$tune" "$work/single.png" >/dev/null
@@ -142,6 +142,7 @@ check "the good file is drawn with the options given" cmp -s "$work/batch/Corrie
 check "and named on standard output" grep -qx "$work/batch/Corrieval_March.png" "$work/out"
 check "the broken file writes nothing" test ! -e "$work/batch/broken.png"
 check "its message names it" grep -qx "$work/broken.bww: Invalid BWW file!" "$work/err"
+check "and Qt's start says nothing" test "$(grep -c QStandardPaths "$work/err")" = 0
 check "the summary counts the files and the one message" \
     test "$(tail -n 1 "$work/err") $(grep -c -e "^$tune: " -e "^$work/broken.bww: " "$work/err")" = \
     "2 files: 1 converted, 1 refused, 1 message 1"
@@ -159,10 +160,64 @@ check "a conversion that hangs is stopped and refused" test "$(CORRIEVAL_CONVERT
 check "saying so" grep -qx "$work/stuck.bww: took too long and was stopped" "$work/err"
 check "while the other converts" grep -qx "2 files: 1 converted, 1 refused, 1 message" "$work/err"
 
-check "no command exits 2" test "$(status_of "$cli")" = 2
-check "an unknown command exits 2" test "$(status_of "$cli" frobnicate)" = 2
-check "convert with one file exits 2" test "$(status_of "$cli" convert "$example")" = 2
-check "an output kind it cannot write exits 2" test "$(status_of "$cli" convert "$example" "$work/x.txt")" = 2
+# Every command that reads a tune imports a BWW tune on the way, as convert does.
+check "info on a BWW tune" test "$(status_of "$cli" info "$tune")" = 0
+check "shows the imported score" grep -q '^CCorrievalDoc version' "$work/out"
+check "sequence on a BWW tune" test "$(status_of "$cli" sequence "$tune")" = 0
+check "lists its notes" grep -qP '^0\t0\t0\t' "$work/out"
+check "play on a BWW tune" \
+    test "$(status_of "$cli" play "$tune" --samples "$work/samples" --no-sound --tempo 999)" = 0
+check "goes through its bars" grep -q "bar 1 of " "$work/out"
+check "a broken BWW tune in info exits 1" \
+    test "$(CORRIEVAL_CONFIG_DIR="$work/strict-config" status_of "$cli" info "$work/broken.bww")" = 1
+check "with the import's message naming it" grep -qx "$work/broken.bww: Invalid BWW file!" "$work/err"
+check "a clean conversion without a runtime folder" \
+    test "$(status_of env -u XDG_RUNTIME_DIR "$cli" convert "$tune" "$work/clean.pdf")" = 0
+check "says nothing on standard error" test ! -s "$work/err"
+
+# Help on standard output with status 0, for the tool and for each command.
+for command in convert play info sequence movements make-samples; do
+    check "$command --help exits 0" test "$(status_of "$cli" "$command" --help)" = 0
+    check "with its own usage" grep -q "^usage: corrieval-cli $command" "$work/out"
+    check "and its options" grep -q "^  -h, --help" "$work/out"
+    check "and nothing on standard error" test ! -s "$work/err"
+    cp "$work/out" "$work/help"
+    check "$command -h is the same" test "$(status_of "$cli" "$command" -h)" = 0
+    check "the same text" cmp -s "$work/out" "$work/help"
+done
+check "--help with a wrong option still helps" test "$(status_of "$cli" convert --colour --help)" = 0
+check "help COMMAND helps too" test "$(status_of "$cli" help play)" = 0
+check "the same text" cmp -s "$work/out" <("$cli" play --help)
+for help in --help -h help; do
+    check "the tool's $help exits 0" test "$(status_of "$cli" $help)" = 0
+    check "listing the commands" grep -q "^  make-samples  " "$work/out"
+done
+version=$(sed -n 's/^project(Corrieval VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../../CMakeLists.txt")
+check "--version exits 0" test "$(status_of "$cli" --version)" = 0
+check "with the project's version" test "$(cat "$work/out")" = "corrieval-cli (Corrieval) $version"
+
+# A wrong command line: its one line, where to find the right usage, and status 2.
+wrong_line() { # the command's name (empty for the tool), then the line
+    local command=$1; shift
+    check "'$*' exits 2" test "$(status_of "$cli" "$@")" = 2
+    check "with one line of error" test "$(wc -l <"$work/err") $(head -n 1 "$work/err" | cut -c 1-14)" = "2 corrieval-cli:"
+    check "then where help is" test "$(tail -n 1 "$work/err")" = "Try 'corrieval-cli ${command:+$command }--help'."
+    check "and nothing on standard output" test ! -s "$work/out"
+}
+wrong_line ""
+wrong_line "" frobnicate
+wrong_line "" help frobnicate
+wrong_line convert convert "$example"
+wrong_line convert convert "$example" "$work/x.txt"
+wrong_line convert convert --colour "$example" "$work/x.pdf"
+wrong_line convert convert --to pdf "$example"
+wrong_line info info "$example" "$example"
+wrong_line info info "$work/notes.txt"
+wrong_line sequence sequence
+wrong_line play play "$tune" --tempo 0
+wrong_line play play "$tune" --dpi 100
+wrong_line movements movements extra
+wrong_line make-samples make-samples --colour
 
 echo "$passes passed, $failures failed"
 test "$failures" = 0
