@@ -40,6 +40,26 @@ namespace corrieval {
 namespace {
 
 // The imports, told apart by the file's ending as the import commands do.
+// Keeps the messages shown while it lives, to be shown later.
+class HeldMessages final : public MessageSink {
+public:
+    HeldMessages() : m_previous(SetMessageSink(this)) {}
+    ~HeldMessages() override { SetMessageSink(m_previous); }
+    HeldMessages(const HeldMessages&) = delete;
+    HeldMessages& operator=(const HeldMessages&) = delete;
+
+    MessageAnswer Show(const QString& text, MessageKind kind) override
+    {
+        m_held.emplace_back(text, kind);
+        return CautiousAnswer(kind);
+    }
+    std::vector<std::pair<QString, MessageKind>> Take() { return std::move(m_held); }
+
+private:
+    MessageSink* m_previous;
+    std::vector<std::pair<QString, MessageKind>> m_held;
+};
+
 bool IsImport(const QString& path)
 {
     const QString suffix = QFileInfo(path).suffix().toLower();
@@ -109,7 +129,22 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
     connect(playOrStop, &QAction::triggered, this, &CMainFrame::PlayOrStop);
     m_mdiArea->addAction(playOrStop);
 
+    // What the sound's start has to say (no sound server, no recordings) waits for the window,
+    // so that the message stands over the program rather than before it.
+    HeldMessages held;
     m_transport->ChooseInstrument(0);
+    m_heldMessages = held.Take();
+}
+
+void CMainFrame::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (m_heldMessages.empty())
+        return;
+    QTimer::singleShot(0, this, [this] {
+        for (const auto& [text, kind] : std::exchange(m_heldMessages, {}))
+            ShowMessage(text, kind);
+    });
 }
 
 CMainFrame::~CMainFrame()
@@ -208,6 +243,11 @@ bool CMainFrame::OpenFile(const QString& path)
         }
         SetPendingImport(absolute);
         NewDocument();
+        // The tab is named after the tune's file, as a piper finds it again.
+        if (CChildFrame* child = ActiveChild()) {
+            child->Document().SetTitle(QFileInfo(path).completeBaseName());
+            child->RefreshTitle();
+        }
         return true;
     }
     std::unique_ptr<CCorrievalDoc> doc;

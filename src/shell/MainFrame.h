@@ -2,6 +2,7 @@
 
 #include "editor/CommandTarget.h"
 #include "editor/ViewHost.h"
+#include "model/Messages.h"
 #include "shell/ChildFrame.h"
 #include "shell/NoteFollower.h"
 #include "shell/ribbon/RibbonLayout.h"
@@ -81,6 +82,7 @@ signals:
 
 protected:
     void customEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -119,6 +121,8 @@ private:
     CommandTarget* m_appCommands = nullptr;
     std::function<QStringList()> m_recentFiles;
     std::function<void()> m_openLink;
+    // Messages from the frame's construction, shown once the window is.
+    std::vector<std::pair<QString, MessageKind>> m_heldMessages;
     QPointer<CChildFrame> m_activeChild;
 
     QString m_pendingImport;

@@ -17,6 +17,21 @@ const QStringList kSubfolders{QStringLiteral("Music Scores"), QStringLiteral("Te
                               QStringLiteral("Image Library"), QStringLiteral("Banners"),
                               QStringLiteral("Instrument Samples")};
 const QString kGuideFile = QStringLiteral("index.html");
+
+// Copies the shipped files of `shipped` matching `patterns` into the data folder's `subfolder`
+// where the user has none of that name: a user's own recordings or templates are never replaced.
+void CopyMissing(const QString& shipped, const QStringList& patterns, const QString& subfolder,
+                 QStringList& problems)
+{
+    const QString from = ShippedDataDir(shipped);
+    if (from.isEmpty())
+        return;
+    for (const QFileInfo& file : QDir(from).entryInfoList(patterns, QDir::Files)) {
+        const QString target = DataSubfolder(subfolder) + file.fileName();
+        if (!QFileInfo::exists(target) && !QFile::copy(file.filePath(), target))
+            problems << target;
+    }
+}
 } // namespace
 
 QString ShippedDataDir(const QString& name)
@@ -36,15 +51,9 @@ QString PrepareDataFolder()
     for (const QString& name : kSubfolders)
         if (!QDir().mkpath(DataSubfolder(name)))
             problems << DataSubfolder(name);
-    const QString templates = ShippedDataDir(QStringLiteral("templates"));
-    if (!templates.isEmpty()) {
-        for (const QFileInfo& shipped :
-             QDir(templates).entryInfoList({QStringLiteral("*.skt")}, QDir::Files)) {
-            const QString target = DataSubfolder(QStringLiteral("Templates")) + shipped.fileName();
-            if (!QFileInfo::exists(target) && !QFile::copy(shipped.filePath(), target))
-                problems << target;
-        }
-    }
+    CopyMissing(QStringLiteral("templates"), {QStringLiteral("*.skt")}, QStringLiteral("Templates"), problems);
+    CopyMissing(QStringLiteral("samples"), {QStringLiteral("*.wav"), QStringLiteral("*.txt")},
+                QStringLiteral("Instrument Samples"), problems);
     if (problems.isEmpty())
         return {};
     return QStringLiteral("The data folder could not be set up; these could not be made:\n%1")

@@ -10,8 +10,8 @@ namespace corrieval {
 QString ShippedDataDir(const QString& name);
 
 // Makes the data folder and its sub-folders ("Music Scores", "Templates", "Image Library",
-// "Banners", "Instrument Samples") and copies in the shipped templates a user does not have
-// yet; a user's own copies are never replaced. Returns a message for the user, empty when all
+// "Banners", "Instrument Samples") and copies in the shipped templates and instrument recordings
+// a user does not have yet; a user's own copies are never replaced. Returns a message for the user, empty when all
 // is well.
 QString PrepareDataFolder();
 
