@@ -28,6 +28,13 @@ namespace {
 constexpr float kTimeSigRoom = 0.2f;
 // A bar at the start of a stave draws its heavy line clear of the stave's head.
 constexpr float kStaveHeadClearance = 0.07f;
+// The spacing keeps more room at the ends of a stave, and less within one, inches.
+constexpr float kStaveEndInset = 0.2f;
+constexpr float kInnerInset = 0.1f;
+// A gracenote or movement stands a fifth of a gap before its note; at this gap, inches, that
+// fifth still shows.
+constexpr float kLeastGap = 0.05f;
+constexpr float kShortItemShare = 0.2f;
 // How near a bar line the pointer must be to grab it, inches.
 constexpr float kBarLineGrab = 0.03f;
 // What a bar outside any music area is measured against: a new area starts in common time.
@@ -97,27 +104,6 @@ std::vector<CNoteEx*> NotesInOrder(const CBarEx& bar)
     }
     SortByX(notes);
     return notes;
-}
-
-// What the spacing places one by one: single notes and movements as they are, the members of
-// a beamed group each on its own.
-std::vector<CNoteBase*> SpacedItems(const CBarEx& bar)
-{
-    std::vector<CNoteBase*> items;
-    for (const auto& child : bar.Children()) {
-        auto* item = dynamic_cast<CNoteBase*>(child.get());
-        if (item == nullptr)
-            continue;
-        if (dynamic_cast<CNoteEx*>(item) != nullptr || dynamic_cast<CFixedNoteGroup*>(item) != nullptr) {
-            items.push_back(item);
-            continue;
-        }
-        for (const auto& member : item->Children()) {
-            if (auto* memberItem = dynamic_cast<CNoteBase*>(member.get()))
-                items.push_back(memberItem);
-        }
-    }
-    return items;
 }
 
 // A movement or a gracenote: it sits close to the note that it leads into.
@@ -425,7 +411,7 @@ void CBarEx::BeforeBoundsChange(const RectF& newBounds)
 void CBarEx::AutoOrganise()
 {
     RecalcMargins();
-    std::vector<CNoteBase*> items = SpacedItems(*this);
+    std::vector<CNoteBase*> items = SpacedItems();
     if (items.empty())
         return;
     SortByX(items);
@@ -436,11 +422,11 @@ void CBarEx::AutoOrganise()
     const bool first = IsFirstInStave(*this);
     const bool last = IsLastInStave(*this);
     // The ends of a stave keep more room: the first bar clears the stave's head.
-    const float inset = first || last ? 0.2f : 0.1f;
+    const float inset = first || last ? kStaveEndInset : kInnerInset;
     const float gap = (ContentBox().Width - widths - inset) / static_cast<float>(items.size());
 
     const RectF r = Bounds();
-    float x = r.X + LeftMargin + gap * 0.5f + (first ? 0.2f : 0.1f);
+    float x = r.X + LeftMargin + gap * 0.5f + (first ? kStaveEndInset : kInnerInset);
     // A gracenote or movement takes a fifth of a gap, and the note it leads into the rest, so
     // the gaps still add up to an even spacing.
     bool afterShort = false;
@@ -448,16 +434,49 @@ void CBarEx::AutoOrganise()
         const float width = item->GetWidth();
         item->SetBounds(x, r.Y, width, r.Height);
         if (IsShortItem(*item)) {
-            x += width + gap * 0.2f;
+            x += width + gap * kShortItemShare;
             afterShort = true;
         } else {
             x += width + gap;
             if (afterShort) {
                 afterShort = false;
-                x += gap * 0.8f;
+                x += gap * (1 - kShortItemShare);
             }
         }
     }
+}
+
+std::vector<CNoteBase*> CBarEx::SpacedItems() const
+{
+    std::vector<CNoteBase*> items;
+    for (const auto& child : Children()) {
+        auto* item = dynamic_cast<CNoteBase*>(child.get());
+        if (item == nullptr)
+            continue;
+        if (dynamic_cast<CNoteEx*>(item) != nullptr || dynamic_cast<CFixedNoteGroup*>(item) != nullptr) {
+            items.push_back(item);
+            continue;
+        }
+        for (const auto& member : item->Children()) {
+            if (auto* memberItem = dynamic_cast<CNoteBase*>(member.get()))
+                items.push_back(memberItem);
+        }
+    }
+    return items;
+}
+
+float CBarEx::NeededWidth(float itemWidths, std::size_t itemCount)
+{
+    return itemWidths + static_cast<float>(itemCount) * kLeastGap + kStaveEndInset;
+}
+
+float CBarEx::NeededWidth() const
+{
+    const std::vector<CNoteBase*> items = SpacedItems();
+    float widths = 0;
+    for (const CNoteBase* item : items)
+        widths += item->GetWidth();
+    return NeededWidth(widths, items.size()) + LeftMargin + RightMargin;
 }
 
 void CBarEx::RefitContent()

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace corrieval {
 
@@ -59,6 +60,14 @@ public:
     void BeforeBoundsChange(const RectF& newBounds) override;
     // Spaces the notes evenly, a gracenote or movement close to the note after it.
     void AutoOrganise() override;
+    // The width at which AutoOrganise keeps items this wide in all apart by the least gap that
+    // still shows a gracenote or movement apart from its note, even at an end of the stave.
+    static float NeededWidth(float itemWidths, std::size_t itemCount);
+    // What the spacing places one by one: single notes and movements as they are, the members
+    // of a beamed group each on its own.
+    std::vector<CNoteBase*> SpacedItems() const;
+    // That width for the items the bar holds, with its margins as they stand.
+    float NeededWidth() const;
     // Puts notes marked by paste behind those already there, then spaces them all.
     void RefitContent() override;
     void Draw(Painter& painter, OutputMode mode) override;

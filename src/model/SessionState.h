@@ -16,8 +16,8 @@ struct SessionState {
     std::uint32_t TemplateOrientation = 0;
     // Non-empty while an import is building a tune: no page set-up dialog then.
     QString ImportFileName;
-    // Paper of new tunes: the default printer's, which the app asks of the platform at start-up;
-    // 8 by 8 inches when there is no printer.
+    // Paper of new tunes: the default printer's or the user's locale's, which the app asks of the
+    // platform; 8 by 8 inches until then, and in strict BWW mode without a printer.
     float DefaultPaperWidth = 8.0f;
     float DefaultPaperHeight = 8.0f;
 };

@@ -6,6 +6,7 @@
 #include "model/StaveArea.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace corrieval {
 
@@ -72,6 +73,31 @@ void CStave::LayoutBars(bool even, bool space)
         bar->SetBounds(box.X + width * static_cast<float>(i), box.Y, width, box.Height);
         if (space)
             bar->AutoOrganise();
+    }
+}
+
+void CStave::LayoutBarsByContent()
+{
+    LayoutHeader(ShowsKeySig());
+    if (ChildCount() == 0)
+        return;
+    std::vector<float> needs;
+    float total = 0;
+    for (std::size_t i = 0; i < ChildCount(); ++i) {
+        CBarEx* bar = BarAt(*this, i);
+        bar->RecalcMargins();
+        needs.push_back(bar->NeededWidth());
+        total += needs.back();
+    }
+    const RectF box = ContentBox();
+    const float scale = box.Width / total;
+    float x = box.X;
+    for (std::size_t i = 0; i < ChildCount(); ++i) {
+        CBarEx* bar = BarAt(*this, i);
+        const float width = needs[i] * scale;
+        bar->SetBounds(x, box.Y, width, box.Height);
+        bar->AutoOrganise();
+        x += width;
     }
 }
 

@@ -38,6 +38,9 @@ public:
     // With `even`, gives every bar the same width side by side; with `space` as well, spaces
     // the notes of each bar.
     void LayoutBars(bool even, bool space);
+    // Gives each bar a width in proportion to what its items need, the bars together filling
+    // the stave, and spaces the notes of each: dense bars get room and sparse bars give it.
+    void LayoutBarsByContent();
     // A new bar of the column at `index` (at the end when `index` is the bar count).
     CBarEx* InsertBar(std::size_t index, CBarConfig* config);
     void RemoveBar(std::size_t index, bool relayout);

@@ -11,6 +11,11 @@ class CBarEx;
 class CTieEx;
 class MovementDefinitionCache;
 
+// What MovementFromCode makes is this wide, inches: a plain note, and a movement for each
+// gracenote.
+inline constexpr float PlainNoteWidth = 0.156f;
+inline constexpr float MovementNoteWidth = 0.078f;
+
 // The fields of an older note record that decide what it becomes.
 struct OlderNote {
     std::uint32_t Code = 2;     // note or movement code
@@ -34,5 +39,8 @@ struct MovementMade {
 // ignored, as is a movement whose definition is missing or unusable.
 void MovementFromCode(const OlderNote& older, CBarEx& bar, float x, float y, float height, CTieEx* tie,
                       RepeatLink repeat, MovementDefinitionCache& definitions, MovementMade& made);
+// The width, inches, of what MovementFromCode makes of the code; 0 when it makes nothing.
+// Silent: the layout measures a tune before the conversion reports its problems.
+float WidthFromCode(std::uint32_t code, MovementDefinitionCache& definitions);
 
 } // namespace corrieval

@@ -7,6 +7,7 @@
 #include "notation/MusicFont.h"
 #include "platform/DataFolder.h"
 #include "platform/MovementDefinitions.h"
+#include "platform/PrinterPaper.h"
 #include "platform/QtAudioDevice.h"
 #include "shell/AppLog.h"
 #include "shell/AppLook.h"
@@ -100,6 +101,8 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
 
     ReadRegistrySettings();
     AppendLog("ReadRegistrySettings.\r\n");
+    // New tunes take the locale's paper; the printer's is asked for only when printing wants it.
+    platform::UseLocalePaper();
     WriteRegistrySettings();
     AppendLog("WriteRegistrySettings.\r\n");
     // At first run the shipped movement definitions fill the galleries' store.

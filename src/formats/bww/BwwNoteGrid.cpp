@@ -9,6 +9,8 @@ bool NoteGrid::NewRow(CBar::Edge start)
     if (!m_rowOpen)
         return false;
     m_edges[m_rows] = {start, CBar::Edge::Plain};
+    m_startsLine[m_rows] = m_lineStartPending;
+    m_lineStartPending = false;
     m_used[m_rows++] = 0;
     return true;
 }

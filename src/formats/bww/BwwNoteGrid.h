@@ -36,6 +36,8 @@ public:
     // Opens the next bar, which starts with `start`. False, with nothing opened, when the part
     // already has MaxRows bars: what follows up to the next bar is dropped.
     bool NewRow(CBar::Edge start = CBar::Edge::Plain);
+    // The next bar opened begins one of the tune's stave lines.
+    void MarkLineStart() { m_lineStartPending = true; }
     // Sets the line at the start of the open bar, or at the end of the last bar.
     void SetStart(CBar::Edge edge);
     void SetEnd(CBar::Edge edge);
@@ -52,15 +54,18 @@ public:
     std::size_t OpenRowSize() const { return m_rowOpen ? m_used[m_rows - 1] : 0; }
     std::span<const Slot> Row(std::size_t row) const { return {m_grid[row].data(), m_used[row]}; }
     const Edges& RowEdges(std::size_t row) const { return m_edges[row]; }
+    bool StartsLine(std::size_t row) const { return m_startsLine[row]; }
     void Clear();
 
 private:
     std::array<std::array<Slot, MaxSlots>, MaxRows> m_grid{};
     std::array<std::size_t, MaxRows> m_used{};
     std::array<Edges, MaxRows> m_edges{};
+    std::array<bool, MaxRows> m_startsLine{};
     std::size_t m_rows = 0;
     bool m_rowOpen = false;
     bool m_rowFull = false; // the open bar has refused a slot
+    bool m_lineStartPending = false;
 };
 
 } // namespace corrieval::bww

@@ -285,6 +285,8 @@ void Parser::StoreTexts(const QString& title, const QString& type, const QString
 
 void Parser::Clef()
 {
+    // Each stave line of the tune opens with its clef; the layout follows those lines.
+    m_grid.MarkLineStart();
     Match(Token::Clef);
 }
 

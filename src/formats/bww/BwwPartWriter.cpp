@@ -152,6 +152,8 @@ void WritePart(CPipeDoc& doc, const NoteGrid& grid, const PartShape& shape)
         const auto index = static_cast<std::size_t>(row);
         bar->StartEdge = grid.RowEdges(index).Start;
         bar->EndEdge = grid.RowEdges(index).End;
+        // A part always opens a line, whether or not the tune wrote it so.
+        bar->StartsLine = row == 0 || grid.StartsLine(index);
         WriteRow(doc, *bar, grid.Row(index), leftRoom, ties);
     }
 }

@@ -36,8 +36,6 @@ constexpr float kTypeShare = 0.3f;
 constexpr float kComposerShare = 0.65f;
 constexpr double kTitleSize = 1.5;
 constexpr double kSubheadingSize = 1.3;
-// The older tunes had no more bars on a line than this; a larger count comes from a damaged file.
-constexpr std::int32_t kMaxColumns = 64;
 constexpr double kUpbeatShare = 0.4;
 
 // Lines that fit in a height, never fewer than one.
@@ -71,6 +69,8 @@ void PipeConversion::Run()
     const RectF box = page.ContentBox();
     AddHeadings(page, box, box.Height / kPageUnits);
 
+    if (FollowsContent())
+        FlowLines(box.Width);
     CountColumns();
     const std::int32_t lines = LineCount();
     const std::int32_t firstPageLines = LinesIn(box.Height * 10 / kPageUnits);
@@ -170,9 +170,9 @@ CStaveArea& PipeConversion::AddStaveArea(CTunePage& page, const RectF& box, floa
 void PipeConversion::CountColumns()
 {
     std::int32_t onFirstLine = 0;
-    while (onFirstLine < kMaxColumns && m_barAt.count({1, onFirstLine + 1}) != 0)
+    while (onFirstLine < MaxColumns && m_barAt.count({1, onFirstLine + 1}) != 0)
         ++onFirstLine;
-    m_barsPerLine = std::clamp(m_source.BarsPerLine, 1, kMaxColumns);
+    m_barsPerLine = std::clamp(m_source.BarsPerLine, 1, MaxColumns);
     // A first line with a bar more than the others has an upbeat bar at its head.
     if (onFirstLine > m_barsPerLine) {
         m_barsPerLine = onFirstLine;
@@ -223,6 +223,8 @@ void PipeConversion::PlacePages(CStaveArea& firstArea, std::int32_t lines, std::
         PlaceLine(firstArea, olderLine, y);
     // The systems share the area and take the standard spacing, as on every page.
     firstArea.Relayout();
+    if (FollowsContent())
+        FitBarsToContent(firstArea);
 
     for (CTunePage* page : laterPages) {
         const RectF box = page->ContentBox();
@@ -233,6 +235,8 @@ void PipeConversion::PlacePages(CStaveArea& firstArea, std::int32_t lines, std::
         for (std::int32_t i = 0; i < count; ++i, ++olderLine, y += kLineHeight)
             PlaceLine(area, olderLine, y);
         area.Relayout();
+        if (FollowsContent())
+            FitBarsToContent(area);
     }
 }
 
@@ -312,7 +316,7 @@ bool PipeConversion::PlaceLine(CStaveArea& area, std::int32_t line, float y)
             m_columnStarts[c] = bar->Left;
         m_columnWidths[c] = std::max(m_columnWidths[c], reading.Widths[c]);
     }
-    if (ReadsShifted(reading))
+    if (!FollowsContent() && ReadsShifted(reading))
         reading = ReadLine(line, -1);
     // The next line is compared with this one as it was read, so a run of lines that each start
     // with a bar over two columns is read alike.

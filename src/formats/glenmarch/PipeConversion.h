@@ -37,6 +37,10 @@ public:
     void Run();
 
 private:
+    // The older tunes had no more bars on a line than this; a larger count comes from a damaged
+    // file.
+    static constexpr std::int32_t MaxColumns = 64;
+
     // What one older line holds, column by column.
     struct LineReading {
         std::vector<const CBar*> Older;
@@ -72,6 +76,13 @@ private:
     bool ReadsShifted(const LineReading& reading) const;
     std::vector<std::size_t> KeptColumns(std::int32_t line, const LineReading& reading) const;
     void SizeBars(CStave& stave, const std::vector<std::size_t>& kept);
+
+    // A BWW tune's lines follow what its bars hold (PipeConversionLines.cpp): lines break where
+    // the tune breaks them or where they are full, and each bar takes the width it needs.
+    bool FollowsContent() const;
+    float NeededWidth(const CBar& bar);
+    void FlowLines(float pageWidth);
+    static void FitBarsToContent(CStaveArea& area);
 
     // Bars and notes (PipeConversionNotes.cpp).
     void NextEnding();

@@ -15,8 +15,6 @@
 namespace corrieval {
 
 namespace {
-// A melody note is placed this wide before the bar spaces its notes.
-constexpr float kNoteWidth = 0.156f;
 // A movement is laid out at this much a note; the notes after it move on by that and a note more.
 constexpr float kMovementNoteWidth = 0.078f;
 // An anacrusis state from here on takes no part in endings.
@@ -209,7 +207,7 @@ const CScoObj* PipeConversion::PlaceBeamed(const CNote& note, const CNoteGroup& 
     }
     const RectF b = placing.Bar.Bounds();
     auto made = std::make_unique<CNoteEx>();
-    made->SetBounds(x, b.Y, kNoteWidth, b.Height);
+    made->SetBounds(x, b.Y, PlainNoteWidth, b.Height);
     made->Pitch = std::clamp(CNote::PitchBase - note.Pitch, HighestPitch, LowestPitch);
     const BeamedNoteContext context{m_fromText, m_source.BeatDoubling != 0,
                                     placing.Older.Groups.size() > 2 || placing.UpbeatColumn};

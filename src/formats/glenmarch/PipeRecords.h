@@ -124,6 +124,8 @@ public:
     // Not stored: the bar lines a BWW tune writes; a Glenmarch tune draws plain ones.
     Edge StartEdge = Edge::Plain;
     Edge EndEdge = Edge::Plain;
+    // Not stored: a BWW bar that opens one of the tune's own stave lines.
+    bool StartsLine = false;
     std::vector<std::unique_ptr<CNote>> Notes;
     std::vector<std::unique_ptr<CNoteGroup>> Groups;
 };
