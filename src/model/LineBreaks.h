@@ -14,8 +14,9 @@ struct BarToPlace {
 };
 
 // Where the lines of a run of bars start, as indexes of their first bars. A line starts where the
-// tune starts one, and also where the next bar would take the line past `lineWidth`; a bar wider
-// than a whole line stands on a line of its own. Empty for no bars.
+// tune starts one. A line of the tune whose bars need more than `lineWidth` is split into as few
+// lines as will hold them, of like length; a bar wider than a whole line stands on a line of its
+// own. Empty for no bars.
 std::vector<std::size_t> BreakLines(std::span<const BarToPlace> bars, float lineWidth);
 
 } // namespace corrieval

@@ -101,12 +101,15 @@ TEST_F(BwwLayout, StrictModeKeepsFourEvenBarsToALine)
     EXPECT_NEAR(BarOf(area, 0, 1).Bounds().Width, BarOf(area, 0, 2).Bounds().Width, 0.01f);
 }
 
-TEST(LineBreaks, ALineStartsWhereTheTuneStartsOneOrWhereTheNextBarWouldNotFit)
+TEST(LineBreaks, ALineStartsWhereTheTuneStartsOneAndATooFullLineSplitsEvenly)
 {
     const std::vector<BarToPlace> bars{{1, true}, {1, false}, {1, true}, {3, false}, {1, false}, {0.5f, false}};
     // The bar wider than a line stands alone; the two after it share a line.
     EXPECT_EQ(BreakLines(bars, 2.5f), (std::vector<std::size_t>{0, 2, 3, 4}));
     EXPECT_TRUE(BreakLines({}, 2.5f).empty());
+    // Four like bars where three fit split two and two, not three and one.
+    const std::vector<BarToPlace> even{{1, true}, {1, false}, {1, false}, {1, false}};
+    EXPECT_EQ(BreakLines(even, 3.5f), (std::vector<std::size_t>{0, 2}));
 }
 
 } // namespace
