@@ -32,9 +32,8 @@ float EvenWidth(std::span<const BarToPlace> run, float lineWidth)
 {
     constexpr int steps = 20;
     const std::size_t lines = FillLines(run, lineWidth, 0, nullptr);
-    const auto widest = std::max_element(run.begin(), run.end(), [](const BarToPlace& a, const BarToPlace& b) {
-        return a.Need < b.Need;
-    });
+    const auto widest = std::max_element(
+        run.begin(), run.end(), [](const BarToPlace& a, const BarToPlace& b) { return a.Need < b.Need; });
     if (lines < 2 || widest->Need > lineWidth)
         return lineWidth;
     float low = widest->Need;

@@ -19,7 +19,8 @@ void UsePaper(const QPageSize& paper)
 
 QPageSize PaperForLocale(const QLocale& locale)
 {
-    return QPageSize(locale.measurementSystem() == QLocale::ImperialUSSystem ? QPageSize::Letter : QPageSize::A4);
+    return QPageSize(locale.measurementSystem() == QLocale::ImperialUSSystem ? QPageSize::Letter
+                                                                             : QPageSize::A4);
 }
 
 void UseLocalePaper()

@@ -53,7 +53,8 @@ protected:
 
 TEST_F(BwwLayout, DenseBarsTakeRoomFromSparseOnesAndTheLineStillFillsItsStave)
 {
-    const auto doc = Import("& sharpf sharpc 4_4" + kSparse + "!" + kDense + "!" + kSparse + "!" + kSparse + "!t\r\n");
+    const auto doc =
+        Import("& sharpf sharpc 4_4" + kSparse + "!" + kDense + "!" + kSparse + "!" + kSparse + "!t\r\n");
     ASSERT_NE(doc, nullptr);
     EXPECT_EQ(testing::BarOverlaps(*doc), QStringList());
     CStaveArea& area = *MusicAreas(*doc).front();
@@ -78,8 +79,8 @@ TEST_F(BwwLayout, LinesBreakWhereTheTuneBreaksThemWhileTheirBarsFit)
 
 TEST_F(BwwLayout, ALineTooFullForItsStaveBreaksWhereItIsFullAndTheNextLineStillStartsAfresh)
 {
-    const auto doc =
-        Import("& 4_4" + kDense + "!" + kDense + "!" + kDense + "!" + kDense + "!t\r\n& LA_4 ! B_4 ! C_4 ! D_4 !t\r\n");
+    const auto doc = Import("& 4_4" + kDense + "!" + kDense + "!" + kDense + "!" + kDense +
+                            "!t\r\n& LA_4 ! B_4 ! C_4 ! D_4 !t\r\n");
     ASSERT_NE(doc, nullptr);
     const std::vector<std::size_t> counts = BarsPerSystem(*doc);
     ASSERT_GT(counts.size(), 2u);
@@ -103,7 +104,8 @@ TEST_F(BwwLayout, StrictModeKeepsFourEvenBarsToALine)
 
 TEST(LineBreaks, ALineStartsWhereTheTuneStartsOneAndATooFullLineSplitsEvenly)
 {
-    const std::vector<BarToPlace> bars{{1, true}, {1, false}, {1, true}, {3, false}, {1, false}, {0.5f, false}};
+    const std::vector<BarToPlace> bars{{1, true},  {1, false}, {1, true},
+                                       {3, false}, {1, false}, {0.5f, false}};
     // The bar wider than a line stands alone; the two after it share a line.
     EXPECT_EQ(BreakLines(bars, 2.5f), (std::vector<std::size_t>{0, 2, 3, 4}));
     EXPECT_TRUE(BreakLines({}, 2.5f).empty());

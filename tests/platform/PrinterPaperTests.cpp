@@ -14,9 +14,11 @@ namespace {
 
 TEST(PrinterPaper, ALocaleThatMeasuresInUsInchesGetsLetterAndEveryOtherA4)
 {
-    EXPECT_EQ(platform::PaperForLocale(QLocale(QLocale::English, QLocale::UnitedStates)).id(), QPageSize::Letter);
+    EXPECT_EQ(platform::PaperForLocale(QLocale(QLocale::English, QLocale::UnitedStates)).id(),
+              QPageSize::Letter);
     EXPECT_EQ(platform::PaperForLocale(QLocale(QLocale::German, QLocale::Germany)).id(), QPageSize::A4);
-    EXPECT_EQ(platform::PaperForLocale(QLocale(QLocale::English, QLocale::UnitedKingdom)).id(), QPageSize::A4);
+    EXPECT_EQ(platform::PaperForLocale(QLocale(QLocale::English, QLocale::UnitedKingdom)).id(),
+              QPageSize::A4);
 }
 
 TEST(PrinterPaper, NewTunesTakeTheDefaultPrintersPaperElseTheLocalesOrInStrictModeEightByEight)

@@ -26,8 +26,9 @@ inline QStringList BarOverlaps(const CCorrievalDoc& doc)
             for (std::size_t b = 0; b < stave.ChildCount(); ++b) {
                 const auto& bar = static_cast<const CBarEx&>(*stave.ChildAt(b));
                 std::vector<CNoteBase*> items = bar.SpacedItems();
-                std::sort(items.begin(), items.end(),
-                          [](const CNoteBase* l, const CNoteBase* r) { return l->GetBounds().X < r->GetBounds().X; });
+                std::sort(items.begin(), items.end(), [](const CNoteBase* l, const CNoteBase* r) {
+                    return l->GetBounds().X < r->GetBounds().X;
+                });
                 const QString where = QStringLiteral("area %1 system %2 bar %3").arg(a).arg(s).arg(b);
                 for (std::size_t i = 0; i < items.size(); ++i) {
                     const RectF r = items[i]->GetBounds();
