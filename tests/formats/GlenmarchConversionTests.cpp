@@ -2,6 +2,7 @@
 #include "formats/glenmarch/ConversionRules.h"
 #include "formats/glenmarch/GlenmarchConversion.h"
 #include "model/BarConfig.h"
+#include "model/SessionState.h"
 #include "notation/FixedNoteGroup.h"
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
@@ -49,6 +50,8 @@ protected:
         key.WriteInt(QStringLiteral("FixedStavePosition"), 0);
         ASSERT_TRUE(key.Sync().isEmpty());
     }
+
+    void TearDown() override { Session().StrictBww = false; }
 
     // Through the file first, so that the tune is read as a .glm import reads it.
     static std::unique_ptr<CCorrievalDoc> Convert(GlenmarchTune& tune)
@@ -190,8 +193,9 @@ TEST_F(GlenmarchConversion, ColumnsFollowTheOlderWidthsAndAnUpbeatTakesFourTenth
         EXPECT_EQ(ChildrenOf<CNoteEx>(BarOf(area, 2, c)).size(), 1u) << c;
 }
 
-TEST_F(GlenmarchConversion, PartsLaidOutByTheImportBecomeSystemsOfFourBars)
+TEST_F(GlenmarchConversion, PartsLaidOutByTheStrictImportBecomeSystemsOfFourBars)
 {
+    Session().StrictBww = true;
     GlenmarchTune tune;
     tune.AddPart(1, 9).AnacrusisState = CPart::Upbeat;
     tune.Doc.LayOutPart(1);

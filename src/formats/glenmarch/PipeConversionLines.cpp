@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 
 namespace corrieval {
 
@@ -23,11 +24,10 @@ bool PipeConversion::FollowsContent() const { return m_fromText && !m_source.Rea
 
 float PipeConversion::NeededWidth(const CBar& bar)
 {
-    std::unordered_map<std::int32_t, bool> beamed;
-    for (const auto& beam : bar.Groups) {
-        for (std::int32_t id : beam->NoteIds)
-            beamed[id] = true;
-    }
+    // A beamed note is placed as a plain note, whatever its code.
+    std::unordered_set<std::int32_t> beamed;
+    for (const auto& beam : bar.Groups)
+        beamed.insert(beam->NoteIds.begin(), beam->NoteIds.end());
     float widths = 0;
     std::size_t count = 0;
     for (const auto& note : bar.Notes) {
