@@ -2,7 +2,10 @@
 #include "formats/glenmarch/GlenmarchConversion.h"
 #include "formats/glenmarch/PipeDoc.h"
 #include "model/CorrievalDoc.h"
+#include "platform/MovementDefinitions.h"
+#include "support/BarOverlaps.h"
 #include "support/RecordingMessages.h"
+#include "support/TempConfigDir.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -83,11 +86,14 @@ bool MayBePassedOver(const QString& word)
     return cannotHold.match(word).hasMatch();
 }
 
-TEST(BwwCorpus, EveryFileReadsInFullWithItsMelodyNotesAndMovements)
+TEST(BwwCorpus, EveryFileReadsInFullWithItsMelodyNotesAndMovementsAndNoOverlappingItems)
 {
     const QStringList paths = CorpusFiles();
     if (paths.isEmpty())
         GTEST_SKIP() << "no BWW corpus at " << CorpusDir().toStdString();
+    // Movements take their real widths, as in the app.
+    const testing::TempConfigDir config;
+    ASSERT_EQ(InstallMovementDefinitions(), "");
     for (const QString& path : paths) {
         RecordingMessages messages;
         bww::ImportLog log;
@@ -102,7 +108,11 @@ TEST(BwwCorpus, EveryFileReadsInFullWithItsMelodyNotesAndMovements)
         for (const bww::PassedWord& passed : log.PassedWords)
             EXPECT_TRUE(MayBePassedOver(passed.Word))
                 << path.toStdString() << ":" << passed.Line << ": " << passed.Word.toStdString();
-        EXPECT_FALSE(ConvertToNewDocument(*doc, true)->Pages.empty()) << path.toStdString();
+        const auto score = ConvertToNewDocument(*doc, true);
+        EXPECT_FALSE(score->Pages.empty()) << path.toStdString();
+        const QStringList overlaps = testing::BarOverlaps(*score);
+        EXPECT_TRUE(overlaps.isEmpty())
+            << path.toStdString() << ": " << overlaps.join(QStringLiteral("; ")).toStdString();
     }
 }
 

@@ -2,7 +2,6 @@
 #include "formats/glenmarch/ConversionRules.h"
 #include "formats/glenmarch/GlenmarchConversion.h"
 #include "model/BarConfig.h"
-#include "model/SessionState.h"
 #include "notation/FixedNoteGroup.h"
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
@@ -50,8 +49,6 @@ protected:
         key.WriteInt(QStringLiteral("FixedStavePosition"), 0);
         ASSERT_TRUE(key.Sync().isEmpty());
     }
-
-    void TearDown() override { Session().StrictBww = false; }
 
     // Through the file first, so that the tune is read as a .glm import reads it.
     static std::unique_ptr<CCorrievalDoc> Convert(GlenmarchTune& tune)
@@ -195,8 +192,8 @@ TEST_F(GlenmarchConversion, ColumnsFollowTheOlderWidthsAndAnUpbeatTakesFourTenth
 
 TEST_F(GlenmarchConversion, PartsLaidOutByTheStrictImportBecomeSystemsOfFourBars)
 {
-    Session().StrictBww = true;
     GlenmarchTune tune;
+    tune.Doc.ReadStrictly = true;
     tune.AddPart(1, 9).AnacrusisState = CPart::Upbeat;
     tune.Doc.LayOutPart(1);
     tune.AddPart(2, 4);
