@@ -9,9 +9,11 @@
 #include "model/CorrievalDoc.h"
 #include "model/Messages.h"
 #include "platform/ImportSettings.h"
+#include "platform/LocalePaper.h"
 #include "platform/MovementDefinitions.h"
 
 #include <QFileInfo>
+#include <QSizeF>
 
 namespace corrieval::cli {
 
@@ -43,8 +45,11 @@ std::unique_ptr<CCorrievalDoc> ReadMusicWriterTune(const QString& path, bww::Imp
 {
     bww::ImportLog log;
     // Strict when the command line or the settings ask for it.
-    if ((keptLog != nullptr && keptLog->Mode == bww::Reading::Strict) || StrictBwwSetting())
+    if ((keptLog != nullptr && keptLog->Mode == bww::Reading::Strict) || StrictBwwSetting()) {
         log.Mode = bww::Reading::Strict;
+        // The strict reading keeps the older program's square page too.
+        platform::UsePaper(QPageSize(QSizeF(8, 8), QPageSize::Inch));
+    }
     std::unique_ptr<CPipeDoc> tune = LoadBww(path, log);
     if (tune == nullptr)
         throw FileError(path, QStringLiteral("the tune could not be imported"));

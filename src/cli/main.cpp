@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/QuietStart.h"
+#include "platform/LocalePaper.h"
 
 #include <QGuiApplication>
 
@@ -110,6 +111,9 @@ int main(int argc, char** argv)
         app = std::make_unique<QCoreApplication>(argc, argv);
     }
     QCoreApplication::setApplicationVersion(QStringLiteral(CORRIEVAL_VERSION));
+    // Imported tunes take the paper of the user's locale, never a printer's: the output is the same
+    // on every machine of that locale.
+    corrieval::platform::UseLocalePaper();
     QTextStream out(stdout);
     QTextStream err(stderr);
     return RunTool(QCoreApplication::arguments().mid(1), out, err);

@@ -102,7 +102,7 @@ bool CCorrievalApp::InitInstance(const QStringList& files)
     ReadRegistrySettings();
     AppendLog("ReadRegistrySettings.\r\n");
     // New tunes take the locale's paper; the printer's is asked for only when printing wants it.
-    platform::UseLocalePaper();
+    platform::UseDefaultPrinterPaper();
     WriteRegistrySettings();
     AppendLog("WriteRegistrySettings.\r\n");
     // At first run the shipped movement definitions fill the galleries' store.

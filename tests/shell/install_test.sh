@@ -41,11 +41,17 @@ env -u CORRIEVAL_FONT_DIR -u CORRIEVAL_MOVEMENTS_DIR \
     timeout 60 "$prefix/bin/corrieval" >"$work/out" 2>"$work/err"
 status=$?
 check "the installed program starts and ends with status 0 (was $status)" test "$status" = 0
-# Every message to the user (a missing font, definitions or folder) starts with the caption.
-check "the installed program has nothing to complain of" bash -c "! grep '^Corrieval: ' '$work/err'"
+# Every message to the user (a missing font, definitions or folder) starts with the caption. The
+# test has no sound server, which the program rightly says; nothing else may be wrong.
+check "the installed program has nothing to complain of" \
+    bash -c "! grep '^Corrieval: ' '$work/err' | grep -v 'The audio engine could not be initialised'"
 check "start-up ran to its end" bash -c "tail -n 1 '$work/data/corrlog.log' | grep -q '^AddDocTemplate\.'"
 check "the movement definitions were copied into the settings" grep -q 'Doublings' "$work/config/Corrieval4.ini"
 check "the data folder was made" test -d "$work/data/Music Scores"
+# Sanitizer builds make no recordings to ship.
+if [ -d "$build/share/corrieval/samples" ]; then
+    check "the shipped recordings were copied in" test -f "$work/data/Instrument Samples/bp1.wav"
+fi
 check "the running copy's mark is gone after the end" bash -c "! ls '$work/runtime' | grep -q TORMAVENBOOK"
 
 if [ "$failures" -gt 0 ]; then
