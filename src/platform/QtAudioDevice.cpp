@@ -82,6 +82,9 @@ PlayResult QtAudioDevice::Open(const StreamFormat& format, Client& client)
         QObject::connect(&sink, &QAudioSink::stateChanged, &sink, [this](QAudio::State state) {
             if (state == QAudio::StoppedState && m_playing && m_output->Sink.error() != QAudio::NoError)
                 Lost(PlayFailed);
+            // The server ran dry while play went on: a gap the listener hears.
+            if (state == QAudio::IdleState && m_playing && m_output->Sink.error() == QAudio::UnderrunError)
+                ++m_underruns;
         });
         result = PlayOk;
     });

@@ -40,6 +40,9 @@ public:
     std::uint32_t BytesFree() override;
     std::uint32_t Write(const std::int16_t* words, std::uint32_t bytes) override;
 
+    // Times the sound server ran out of sound during play, since the device was opened.
+    std::uint32_t Underruns() const { return m_underruns; }
+
 private:
     class Output;
 
@@ -59,6 +62,7 @@ private:
     std::uint32_t m_bufferBytes = 0;
     // Written on the sink's thread, read anywhere.
     std::atomic<bool> m_playing{false};
+    std::atomic<std::uint32_t> m_underruns{0};
 };
 
 } // namespace corrieval::platform
