@@ -25,6 +25,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileDialog>
@@ -342,6 +343,11 @@ void CMainFrame::ChooseLook(int lookId)
     const WaitCursor wait;
     m_look = lookId;
     ApplyApplicationLook(lookId);
+    // The ribbon draws through a style sheet made from its palette, which keeps the application's
+    // new palette from reaching it by itself: the old sheet goes, and the new palette makes the
+    // next one.
+    m_ribbon->setStyleSheet(QString());
+    m_ribbon->setPalette(QApplication::palette());
     WriteApplicationLook(lookId);
 }
 

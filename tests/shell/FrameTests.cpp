@@ -9,6 +9,7 @@
 #include "shell/CommandTable.h"
 #include "shell/MainFrame.h"
 #include "shell/QuickStartChooser.h"
+#include "shell/ribbon/Ribbon.h"
 #include "shell/Transport.h"
 #include "support/RecordingMessages.h"
 
@@ -181,4 +182,17 @@ TEST_F(FrameTest, TheQuickStartComesOnceWhenNoTuneIsOpenAndAgainAfterATuneCloses
     ASSERT_NE(frame.ActiveChild(), nullptr);
     frame.ActiveChild()->close();
     EXPECT_TRUE(SpinUntil([&] { return choosers() == 1; }, 3000));
+}
+TEST_F(FrameTest, AChosenLookReachesTheRibbonAndIsCheckedInTheStyleMenu)
+{
+    auto* ribbon = frame.findChild<ribbon::Ribbon*>();
+    ASSERT_NE(ribbon, nullptr);
+    frame.Commands().Run(command::StyleBlack);
+    QCoreApplication::processEvents();
+    EXPECT_LT(ribbon->palette().color(QPalette::Window).lightness(), 100);
+    EXPECT_TRUE(Checked(command::StyleBlack));
+    EXPECT_FALSE(Checked(command::StyleBlue));
+    frame.Commands().Run(command::StyleBlue);
+    QCoreApplication::processEvents();
+    EXPECT_GT(ribbon->palette().color(QPalette::Window).lightness(), 150);
 }
