@@ -4,6 +4,7 @@
 #include "shell/CommandTable.h"
 
 #include <QAction>
+#include <QActionGroup>
 
 namespace corrieval {
 
@@ -114,6 +115,10 @@ void DefineCommands(CommandTable& table)
         table.Define(info.Id, QString::fromUtf8(info.Caption), QString::fromLatin1(info.Icon), QKeySequence(info.Key),
                      info.Checkable);
     }
+    // The looks are one choice among nine: the menu marks them as such.
+    auto* looks = new QActionGroup(&table);
+    for (int id = StyleFirst; id <= StyleLast; ++id)
+        looks->addAction(table.Action(id));
     // Closing a tab is Ctrl+W on every desktop, and Ctrl+F4 besides.
     table.Action(FileClose)->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_W), QKeySequence(Qt::CTRL | Qt::Key_F4)});
     table.Action(Redo)->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});

@@ -16,6 +16,7 @@
 #include "shell/CommandTable.h"
 #include "shell/FileFilters.h"
 #include "shell/FrameStatusBar.h"
+#include "shell/HeldMessages.h"
 #include "shell/QuickStartChooser.h"
 #include "shell/Transport.h"
 #include "shell/WaitCursor.h"
@@ -41,26 +42,6 @@ namespace corrieval {
 namespace {
 
 // The imports, told apart by the file's ending as the import commands do.
-// Keeps the messages shown while it lives, to be shown later.
-class HeldMessages final : public MessageSink {
-public:
-    HeldMessages() : m_previous(SetMessageSink(this)) {}
-    ~HeldMessages() override { SetMessageSink(m_previous); }
-    HeldMessages(const HeldMessages&) = delete;
-    HeldMessages& operator=(const HeldMessages&) = delete;
-
-    MessageAnswer Show(const QString& text, MessageKind kind) override
-    {
-        m_held.emplace_back(text, kind);
-        return CautiousAnswer(kind);
-    }
-    std::vector<std::pair<QString, MessageKind>> Take() { return std::move(m_held); }
-
-private:
-    MessageSink* m_previous;
-    std::vector<std::pair<QString, MessageKind>> m_held;
-};
-
 bool IsImport(const QString& path)
 {
     const QString suffix = QFileInfo(path).suffix().toLower();

@@ -2,8 +2,8 @@
 
 #include "editor/CommandTarget.h"
 #include "editor/ViewHost.h"
-#include "model/Messages.h"
 #include "shell/ChildFrame.h"
+#include "shell/HeldMessages.h"
 #include "shell/NoteFollower.h"
 #include "shell/ribbon/RibbonLayout.h"
 
@@ -122,7 +122,7 @@ private:
     std::function<QStringList()> m_recentFiles;
     std::function<void()> m_openLink;
     // Messages from the frame's construction, shown once the window is.
-    std::vector<std::pair<QString, MessageKind>> m_heldMessages;
+    HeldMessages::Held m_heldMessages;
     QPointer<CChildFrame> m_activeChild;
 
     QString m_pendingImport;

@@ -6,6 +6,7 @@
 #include "playback/AudioStream.h"
 #include "playback/TuneSequence.h"
 #include "playback/WavExport.h"
+#include "shell/HeldMessages.h"
 
 #include <cmath>
 
@@ -15,20 +16,6 @@ namespace {
 
 constexpr int MinTempo = 20;
 constexpr int MaxTempo = 200;
-
-// While a message is being kept from the user: a sound engine that failed once is not
-// reported again each time the instrument changes.
-class QuietSink final : public MessageSink {
-public:
-    QuietSink() : m_previous(SetMessageSink(this)) {}
-    ~QuietSink() override { SetMessageSink(m_previous); }
-    QuietSink(const QuietSink&) = delete;
-    QuietSink& operator=(const QuietSink&) = delete;
-    MessageAnswer Show(const QString&, MessageKind) override { return MessageAnswer::Ok; }
-
-private:
-    MessageSink* m_previous;
-};
 
 } // namespace
 
@@ -59,7 +46,8 @@ void CTransport::MakeStream()
 {
     m_stream.reset();
     if (m_engineFailed) {
-        const QuietSink quiet;
+        // A sound engine that failed once is not reported again at each change of instrument.
+        const HeldMessages quiet;
         m_stream = std::make_unique<CAudioStream>(m_devices(), m_source);
     } else {
         m_stream = std::make_unique<CAudioStream>(m_devices(), m_source);
