@@ -8,11 +8,11 @@
 #include "model/CorrievalDoc.h"
 #include "model/Messages.h"
 #include "playback/TuneSequence.h"
-#include "shell/FileFilters.h"
+#include "shell/FileDialogs.h"
 #include "shell/WaitCursor.h"
 
 #include <QCloseEvent>
-#include <QFileDialog>
+#include <QDir>
 #include <QFileInfo>
 
 namespace corrieval {
@@ -86,15 +86,9 @@ bool CChildFrame::SaveAs()
     QString name = m_doc->PathName().isEmpty() ? m_doc->Title() : QFileInfo(m_doc->PathName()).fileName();
     if (!name.endsWith(QLatin1String(".skb"), Qt::CaseInsensitive))
         name += QStringLiteral(".skb");
-    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save As"),
-                                                m_folders.Folder(QStringLiteral("UserSKB")) + name,
-                                                QtFileFilter(kScoreFilter));
-    if (path.isEmpty())
-        return false;
-    if (QFileInfo(path).suffix().isEmpty())
-        path += QStringLiteral(".skb");
-    m_folders.Remember(QStringLiteral("UserSKB"), path);
-    return SaveTo(path);
+    const QString path = AskSavePath(this, m_folders, QStringLiteral("UserSKB"), QStringLiteral("Save As"), name,
+                                     kScoreFilter, QStringLiteral(".skb"));
+    return !path.isEmpty() && SaveTo(path);
 }
 
 bool CChildFrame::MaybeSave()
@@ -120,13 +114,11 @@ void CChildFrame::closeEvent(QCloseEvent* event)
 
 void CChildFrame::ExportPlayerFile()
 {
-    QString name = QFileInfo(m_doc->Title()).completeBaseName() + QStringLiteral(".skp");
-    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Export SKP"),
-                                                      m_folders.Folder(QStringLiteral("UserEXP")) + name,
-                                                      QtFileFilter(QString::fromLatin1(PlayerFileFilter)));
+    const QString path = AskSavePath(this, m_folders, QStringLiteral("UserEXP"), QStringLiteral("Export SKP"),
+                                     QFileInfo(m_doc->Title()).completeBaseName() + QStringLiteral(".skp"),
+                                     QString::fromLatin1(PlayerFileFilter), QStringLiteral(".skp"));
     if (path.isEmpty())
         return;
-    m_folders.Remember(QStringLiteral("UserEXP"), path);
     const WaitCursor wait;
     corrieval::ExportPlayerFile(*m_doc, path);
 }

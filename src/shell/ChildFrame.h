@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/CommandTarget.h"
+#include "shell/FileDialogs.h"
 
 #include <QMdiSubWindow>
 
@@ -13,16 +14,6 @@ class CCorrievalDoc;
 class CCorrievalView;
 class CTuneSequence;
 class ViewHost;
-
-// Where the file dialogs of a tune start and what they remember: the folder named "UserSKB" for
-// scores, "UserEXP" for exports.
-class FolderMemory {
-public:
-    virtual ~FolderMemory() = default;
-    virtual QString Folder(const QString& name) const = 0;
-    // Remembers the folder of `path` under `name`, and keeps it for the next run.
-    virtual void Remember(const QString& name, const QString& path) = 0;
-};
 
 // One tab of the main window: a tune, its view and what it plays. It owns the document's
 // commands (Save, Save As, Close, Page Setup, Page, SKP export) and asks before a modified tune

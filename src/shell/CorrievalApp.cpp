@@ -13,7 +13,7 @@
 #include "shell/AppLook.h"
 #include "shell/AppSettings.h"
 #include "shell/FileDropFilter.h"
-#include "shell/FileFilters.h"
+#include "shell/FileDialogs.h"
 #include "shell/MainFrame.h"
 #include "shell/RecentFiles.h"
 #include "shell/ShippedData.h"

@@ -14,7 +14,7 @@
 #include "shell/AppSettings.h"
 #include "shell/CommandCatalogue.h"
 #include "shell/CommandTable.h"
-#include "shell/FileFilters.h"
+#include "shell/FileDialogs.h"
 #include "shell/FrameStatusBar.h"
 #include "shell/HeldMessages.h"
 #include "shell/QuickStartChooser.h"
@@ -29,7 +29,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QComboBox>
@@ -439,14 +438,11 @@ void CMainFrame::ExportWav()
     CChildFrame* child = ActiveChild();
     if (child == nullptr)
         return;
-    const QString name = QFileInfo(child->Document().Title()).completeBaseName() + QStringLiteral(".wav");
-    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Export WAV"), Folder(QStringLiteral("UserEXP")) + name,
-                                                QtFileFilter(QStringLiteral("Wave files (*.wav)|*.wav||")));
+    const QString path = AskSavePath(this, *this, QStringLiteral("UserEXP"), QStringLiteral("Export WAV"),
+                                     QFileInfo(child->Document().Title()).completeBaseName() + QStringLiteral(".wav"),
+                                     QStringLiteral("Wave files (*.wav)|*.wav||"), QStringLiteral(".wav"));
     if (path.isEmpty())
         return;
-    if (QFileInfo(path).suffix().isEmpty())
-        path += QStringLiteral(".wav");
-    Remember(QStringLiteral("UserEXP"), path);
     const WaitCursor wait;
     m_transport->ExportWav(path);
 }
