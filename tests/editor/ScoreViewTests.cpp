@@ -219,20 +219,6 @@ TEST(ScoreView, AChangedObjectRepaintsItsOwnRectangleOnly)
               shown.View->viewport()->width() * shown.View->viewport()->height() / 4);
 }
 
-TEST(ScoreView, KeepInViewScrollsThePlayPositionClearOfTheBottom)
-{
-    ShownView shown(A4Tune(3), {900, 500});
-    shown.Show();
-    CCorrievalView& view = *shown.View;
-    view.SetZoom(100);
-    const float dpiY = static_cast<float>(view.logicalDpiY());
-    const int height = view.viewport()->height();
-    view.KeepInView(1.0f); // on screen
-    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
-    view.KeepInView(20.0f);
-    EXPECT_EQ(view.verticalScrollBar()->value(), static_cast<int>(dpiY * 20.0f - height / 5));
-}
-
 TEST(ScoreView, FirstActivationAppliesTheSavedZoomOnce)
 {
     {
