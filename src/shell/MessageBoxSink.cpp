@@ -32,6 +32,11 @@ MessageAnswer MessageBoxSink::Show(const QString& text, MessageKind kind)
     case MessageKind::YesNo:
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
         break;
+    case MessageKind::YesNoCancel:
+        box.setIcon(QMessageBox::Question);
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        box.setDefaultButton(QMessageBox::Yes);
+        break;
     }
     switch (box.exec()) {
     case QMessageBox::Cancel:
