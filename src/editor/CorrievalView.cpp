@@ -3,8 +3,10 @@
 #include "editor/PageSetupDialog.h"
 
 #include "editor/CommandIds.h"
+#include "editor/EditCommands.h"
 #include "editor/PrintLayout.h"
 #include "editor/ViewHost.h"
+#include "editor/ViewMouse.h"
 #include "formats/bww/BwwFile.h"
 #include "formats/glenmarch/GlenmarchFile.h"
 #include "model/CorrievalDoc.h"
@@ -14,6 +16,8 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPaintEngine>
 #include <QPaintEvent>
 #include <QPainter>
@@ -41,8 +45,21 @@ float SavedZoom(float stored)
 } // namespace
 
 CCorrievalView::CCorrievalView(CCorrievalDoc& doc, ViewHost& host, QWidget* parent)
-    : QAbstractScrollArea(parent), m_doc(doc), m_host(host)
+    : QAbstractScrollArea(parent),
+      m_doc(doc),
+      m_host(host),
+      m_history(doc),
+      m_commands(std::make_unique<EditCommands>(*this)),
+      m_mouse(std::make_unique<ViewMouse>(*this))
 {
+    // Undo and redo replace the score's objects: nothing may point into the old ones.
+    connect(&m_history, &UndoHistory::aboutToRestore, this, [this] {
+        m_selection.Forget();
+        m_edit.ForgetScore();
+    });
+    connect(&m_history, &UndoHistory::restored, this, [this] { OnUpdate(); });
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setMouseTracking(true);
     // Every pixel of the viewport comes from the back buffer.
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     // Pages are taller than wide at any zoom that fits their width, so the column nearly always
@@ -54,12 +71,12 @@ CCorrievalView::~CCorrievalView() = default;
 
 void CCorrievalView::AddToSelection(CScoObj& object)
 {
-    m_selection.Add(object);
+    m_selection.Add(&object);
 }
 
 void CCorrievalView::RemoveFromSelection(CScoObj& object)
 {
-    m_selection.Remove(object);
+    m_selection.Remove(&object);
 }
 
 void CCorrievalView::InvalidateObject(const CScoObj& object)
@@ -95,14 +112,14 @@ bool CCorrievalView::RunCommand(int id)
         PrintPreview();
         return true;
     default:
-        return false;
+        return m_commands->RunCommand(id);
     }
 }
 
 bool CCorrievalView::UpdateCommand(int id, CommandState& state)
 {
     if (id != command::Print && id != command::QuickPrint && id != command::PrintPreview)
-        return false;
+        return m_commands->UpdateCommand(id, state);
     state.enabled = !m_doc.Pages.empty() && m_printIdle;
     state.checked = id == command::PrintPreview && m_preview != nullptr;
     return true;
@@ -167,10 +184,6 @@ void CCorrievalView::DropTextAreaSelection()
 
 void CCorrievalView::DropSelection()
 {
-    // Deselecting takes each object out of the selection through RemoveFromSelection.
-    const std::vector<CScoObj*> items = m_selection.Items();
-    for (CScoObj* object : items)
-        object->SetSelected(false);
     m_selection.Clear();
 }
 
@@ -302,6 +315,33 @@ void CCorrievalView::scrollContentsBy(int dx, int dy)
     // The centring does not depend on the scroll position: the pixels already drawn move along
     // and only the uncovered strip is painted.
     viewport()->scroll(dx, dy);
+}
+
+void CCorrievalView::mousePressEvent(QMouseEvent* event)
+{
+    m_mouse->Pressed(*event);
+}
+
+void CCorrievalView::mouseMoveEvent(QMouseEvent* event)
+{
+    m_mouse->Moved(*event);
+}
+
+void CCorrievalView::mouseReleaseEvent(QMouseEvent* event)
+{
+    m_mouse->Released(*event);
+}
+
+void CCorrievalView::contextMenuEvent(QContextMenuEvent* event)
+{
+    m_mouse->ContextMenu(*event);
+}
+
+void CCorrievalView::keyPressEvent(QKeyEvent* event)
+{
+    // A drag takes every key first: it decides which end it and which it ignores.
+    if (!m_mouse->KeyPressed(*event) && !m_commands->KeyPressed(*event))
+        QAbstractScrollArea::keyPressEvent(event);
 }
 
 void CCorrievalView::Print()

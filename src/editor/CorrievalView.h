@@ -1,7 +1,9 @@
 #pragma once
 
 #include "editor/CommandTarget.h"
+#include "editor/EditState.h"
 #include "editor/ScoSelection.h"
+#include "editor/UndoHistory.h"
 #include "editor/ViewTransform.h"
 #include "model/ActiveView.h"
 #include "model/Painter.h"
@@ -12,11 +14,14 @@
 class QPrinter;
 class QPrintPreviewDialog;
 
+#include <memory>
 #include <vector>
 
 namespace corrieval {
 
 class CCorrievalDoc;
+class EditCommands;
+class ViewMouse;
 class CTunePage;
 class ViewHost;
 
@@ -44,9 +49,10 @@ public:
     float Zoom() const override { return m_zoom; }
     CCorrievalDoc* Document() const override { return &m_doc; }
     bool PrintIdle() const override { return m_printIdle; }
-    const CPageArea* EnclosingArea() const override { return nullptr; }
+    const CPageArea* EnclosingArea() const override { return m_selection.EnclosingArea(); }
 
-    // CommandTarget: print, quick print and print preview.
+    // CommandTarget: print, quick print and print preview here, the editing commands through
+    // EditCommands.
     bool RunCommand(int id) override;
     bool UpdateCommand(int id, CommandState& state) override;
 
@@ -74,6 +80,9 @@ public:
     // The first page whose rectangle less its margins holds `point` (in inches), or null.
     CTunePage* PageAt(PointF point) const;
     CScoSelection& Selection() { return m_selection; }
+    ViewEditState& EditState() { return m_edit; }
+    UndoHistory& History() { return m_history; }
+    ViewHost& Host() const { return m_host; }
     // What the player plays from when a selection is made.
     const std::vector<CScoObj*>& SelectedItems() const { return m_selection.Items(); }
 
@@ -90,6 +99,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void UpdateScrollRanges();
@@ -109,6 +123,10 @@ private:
     CCorrievalDoc& m_doc;
     ViewHost& m_host;
     CScoSelection m_selection;
+    ViewEditState m_edit;
+    UndoHistory m_history;
+    std::unique_ptr<EditCommands> m_commands;
+    std::unique_ptr<ViewMouse> m_mouse;
     float m_zoom = 1.0f;
     bool m_zoomToWidth = false;
     float m_documentWidth = 0;  // inches: the widest page
