@@ -21,6 +21,7 @@ public:
     bool AutoZoom() const override { return false; }
     void ZoomChanged(const CCorrievalView&, float) override {}
     void TuneImported(CCorrievalView&, int) override {}
+    CNoteBase* PalettePrototype(int) const override { return nullptr; }
 };
 
 // A view of the large tune at `percent`, active as in the program, its window as large as a page.

@@ -5,6 +5,7 @@
 namespace corrieval {
 
 class CCorrievalView;
+class CNoteBase;
 
 // What a score view needs of the window that holds it: the main frame in the program, a small
 // stand-in in tests. The view never reaches for the frame in any other way.
@@ -21,6 +22,9 @@ public:
     virtual void ZoomChanged(const CCorrievalView& view, float zoom) = 0;
     // An import into `view` is in place: the transport shows its tempo and follows its notes.
     virtual void TuneImported(CCorrievalView& view, int tempo) = 0;
+    // The prototype of a palette entry (an index over the four galleries), or null: the ghost
+    // that follows the mouse while placing, of which a clone enters the score.
+    virtual CNoteBase* PalettePrototype(int entry) const = 0;
 };
 
 } // namespace corrieval

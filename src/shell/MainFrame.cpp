@@ -351,6 +351,11 @@ void CMainFrame::TuneImported(CCorrievalView& view, int tempo)
         emit m_transport->TempoShown(tempo);
 }
 
+CNoteBase* CMainFrame::PalettePrototype(int) const
+{
+    return nullptr;
+}
+
 QString CMainFrame::Folder(const QString& name) const
 {
     SettingsStore settings(QString::fromLatin1(SettingsKeyPath));

@@ -90,6 +90,7 @@ private:
     QString TakePendingImport() override;
     void ZoomChanged(const CCorrievalView& view, float zoom) override;
     void TuneImported(CCorrievalView& view, int tempo) override;
+    CNoteBase* PalettePrototype(int entry) const override;
     // FolderMemory
     QString Folder(const QString& name) const override;
     void Remember(const QString& name, const QString& path) override;

@@ -1,6 +1,5 @@
 #include "editor/CommandIds.h"
 #include "editor/CorrievalView.h"
-#include "editor/ViewHost.h"
 #include "fixtures/ScoreFixtures.h"
 #include "formats/GlenmarchTune.h"
 #include "model/CorrievalDoc.h"
@@ -10,6 +9,7 @@
 #include "platform/MovementDefinitions.h"
 #include "support/RecordingMessages.h"
 #include "support/TempConfigDir.h"
+#include "ShownView.h"
 
 #include <QApplication>
 #include <QDir>
@@ -32,25 +32,9 @@
 namespace corrieval {
 namespace {
 
+using testing::ShownView;
+
 constexpr QRgb kDesk = 0xFF646464;
-
-class TestHost : public ViewHost {
-public:
-    QString TakePendingImport() override
-    {
-        ++Takes;
-        return std::exchange(Pending, QString());
-    }
-    bool AutoZoom() const override { return Auto; }
-    void ZoomChanged(const CCorrievalView&, float zoom) override { Zooms.push_back(zoom); }
-    void TuneImported(CCorrievalView&, int tempo) override { Tempos.push_back(tempo); }
-
-    QString Pending;
-    int Takes = 0;
-    bool Auto = false;
-    std::vector<float> Zooms;
-    std::vector<int> Tempos;
-};
 
 // Records the rectangles the viewport is asked to paint.
 class PaintRecorder : public QObject {
@@ -62,31 +46,6 @@ public:
         return false;
     }
     std::vector<QRect> Rects;
-};
-
-// A view of a tune in a window of its own, the active view while it lives, as the frame makes it.
-struct ShownView {
-    explicit ShownView(std::unique_ptr<CCorrievalDoc> tune, QSize size = {900, 700}, bool autoZoom = false)
-        : Doc(std::move(tune))
-    {
-        Host.Auto = autoZoom;
-        View = std::make_unique<CCorrievalView>(*Doc, Host);
-        SetActiveViewProvider([this] { return View.get(); });
-        View->resize(size);
-    }
-    ~ShownView() { SetActiveViewProvider(nullptr); }
-
-    void Show()
-    {
-        View->show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(View.get()));
-        QCoreApplication::processEvents();
-    }
-    QImage Grab() const { return View->viewport()->grab().toImage(); }
-
-    TestHost Host;
-    std::unique_ptr<CCorrievalDoc> Doc;
-    std::unique_ptr<CCorrievalView> View;
 };
 
 std::unique_ptr<CCorrievalDoc> A4Tune(int pages)
