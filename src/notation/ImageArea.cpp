@@ -59,10 +59,9 @@ QString CImageArea::CopyToLibrary(const QString& path)
         return path;
     QDir().mkpath(library);
     const QString copy = library + source.fileName();
-    // A failed copy is not reported here: decoding the copy then fails and says so.
     QFile::remove(copy);
-    QFile::copy(path, copy);
-    return copy;
+    // Without a copy the picture stays linked where it is.
+    return QFile::copy(path, copy) ? copy : path;
 }
 
 void CImageArea::Unlink()
@@ -84,11 +83,14 @@ void CImageArea::LoadImage(bool force)
         Unlink();
         return;
     }
-    Path = CopyToLibrary(Path);
+    // Decoded where it stands before anything is copied: a score or clipboard block from
+    // elsewhere may name any file at all, and only pictures belong in the library.
     if (!m_image.load(Path)) {
         ShowMessage(QStringLiteral("Error linking to image file: \n") + Path);
         Unlink();
+        return;
     }
+    Path = CopyToLibrary(Path);
 }
 
 void CImageArea::SetImage(const QString& path, QImage* source)
