@@ -154,7 +154,7 @@ TEST(BwwFullReading, WhatAScoreCannotHoldIsListedAndAPauseHoldsItsNote)
     EXPECT_EQ(Strict("& C_4 fermatc E_4 !t").Passed(), QStringList{"fermatc"});
 }
 
-TEST(BwwFullReading, EachTuneOfASetHasItsOwnHeadingsTempoAndPage)
+TEST(BwwFullReading, EachTuneOfASetHasItsOwnHeadingsTempoAndMusicArea)
 {
     const QByteArray set = kHeader + "TuneTempo,96\r\n& 2_4 E_4 ! D_4 !I\r\n" +
                            "\"Second\",(Y,C)\r\n\"Reel\",(T,L)\r\nTuneTempo,110\r\n& C 4_4 B_4 !t\r\n";
@@ -170,7 +170,6 @@ TEST(BwwFullReading, EachTuneOfASetHasItsOwnHeadingsTempoAndPage)
     EXPECT_EQ(second.Bars[0]->Notes.size(), 1u);
 
     const auto score = ConvertToNewDocument(*tune.Doc, true);
-    EXPECT_EQ(score->Pages.size(), 2u);
     EXPECT_EQ(MusicAreas(*score).size(), 2u);
     EXPECT_EQ(score->Tempo, 96);
     // Texts after the last tune's music begin no tune.

@@ -2,12 +2,15 @@
 #include "formats/glenmarch/GlenmarchConversion.h"
 #include "formats/glenmarch/PipeDoc.h"
 #include "model/LineBreaks.h"
+#include "model/SessionState.h"
+#include "notation/TextArea.h"
 #include "platform/MovementDefinitions.h"
 #include "support/BarOverlaps.h"
 #include "support/RecordingMessages.h"
 #include "support/ScoreWalk.h"
 #include "support/TempConfigDir.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace corrieval {
@@ -100,6 +103,135 @@ TEST_F(BwwLayout, StrictModeKeepsFourEvenBarsToALine)
     const CStaveArea& area = *MusicAreas(*doc).front();
     ASSERT_EQ(BarsPerSystem(*doc), (std::vector<std::size_t>{4}));
     EXPECT_NEAR(BarOf(area, 0, 1).Bounds().Width, BarOf(area, 0, 2).Bounds().Width, 0.01f);
+}
+
+TEST_F(BwwLayout, ABarOfMoreThan32ItemsGoesOnInTheNextBarWithEveryItemApart)
+{
+    const auto doc =
+        Import("& sharpf sharpc 4_4" + kDense + kDense + " gg E_16 gg E_16 gg E_16 gg E_16 !t\r\n");
+    ASSERT_NE(doc, nullptr);
+    // Too wide for a line, it is split where a line is full, after a note that ends its beam.
+    std::size_t items = 0;
+    std::size_t bars = 0;
+    for (const CStaveArea* area : MusicAreas(*doc)) {
+        for (std::size_t system = 0; system < area->ChildCount(); ++system) {
+            for (const auto& bar : StaveOf(*area, system).Children()) {
+                items += static_cast<const CBarEx&>(*bar).ChildCount();
+                ++bars;
+            }
+        }
+    }
+    EXPECT_EQ(items, 40u);
+    EXPECT_GT(bars, 1u);
+    EXPECT_EQ(testing::BarOverlaps(*doc), QStringList());
+    EXPECT_TRUE(m_messages.Texts.isEmpty());
+}
+
+// A further tune of a set: its headings, then `lines` stave lines of four bars.
+QByteArray SetTune(const char* title, int lines)
+{
+    QByteArray tune = QByteArray("\"") + title + "\",(Y,C)\r\n\"Reel\",(T,L)\r\n\"Trad.\",(M,R)\r\n";
+    for (int i = 0; i < lines; ++i)
+        tune += "& 4_4 LA_4 ! B_4 ! C_4 ! D_4 !t\r\n";
+    return tune;
+}
+
+// What a page holds, top to bottom: each title, and "music" for each music area; and whether any
+// two of its areas overlap or a music area leaves the page's content box.
+struct PageContents {
+    QStringList Items;
+    bool Overlapping = false;
+    bool Outside = false;
+};
+
+PageContents ContentsOf(const CTunePage& page)
+{
+    std::vector<std::pair<float, QString>> items;
+    PageContents contents;
+    for (const auto& child : page.Children()) {
+        if (const auto* text = dynamic_cast<const CTextArea*>(child.get());
+            text != nullptr && text->Alignment == CTextArea::Centre)
+            items.emplace_back(text->Bounds().Y, text->Text);
+        if (dynamic_cast<const CStaveArea*>(child.get()) != nullptr) {
+            items.emplace_back(child->Bounds().Y, QStringLiteral("music"));
+            contents.Outside = contents.Outside || !child->Bounds().WithinOrTouching(page.ContentBox());
+        }
+        for (const auto& other : page.Children()) {
+            if (other != child && other->Bounds().Overlaps(child->Bounds()))
+                contents.Overlapping = true;
+        }
+    }
+    std::sort(items.begin(), items.end());
+    for (const auto& item : items)
+        contents.Items << item.second;
+    return contents;
+}
+
+// New tunes on A4 paper while it lives, as the command-line tool gives them in most places.
+class A4Paper {
+public:
+    A4Paper() : m_width(Session().DefaultPaperWidth), m_height(Session().DefaultPaperHeight)
+    {
+        Session().DefaultPaperWidth = 8.27f;
+        Session().DefaultPaperHeight = 11.69f;
+    }
+    ~A4Paper()
+    {
+        Session().DefaultPaperWidth = m_width;
+        Session().DefaultPaperHeight = m_height;
+    }
+    A4Paper(const A4Paper&) = delete;
+    A4Paper& operator=(const A4Paper&) = delete;
+
+private:
+    float m_width;
+    float m_height;
+};
+
+TEST_F(BwwLayout, FurtherTunesOfASetStackBelowTheTuneBeforeWhileThePageHasRoom)
+{
+    const A4Paper paper;
+    const auto doc =
+        Import("& 4_4 LA_4 ! B_4 ! C_4 ! D_4 !t\r\n" + SetTune("Second", 2) + SetTune("Third", 1));
+    ASSERT_NE(doc, nullptr);
+    ASSERT_EQ(doc->Pages.size(), 1u);
+    const PageContents page = ContentsOf(*doc->Pages[0]);
+    EXPECT_EQ(page.Items, (QStringList{"Tune", "music", "Second", "music", "Third", "music"}));
+    EXPECT_FALSE(page.Overlapping);
+    EXPECT_FALSE(page.Outside);
+    EXPECT_EQ(BarsPerSystem(*doc), (std::vector<std::size_t>{4, 4, 4, 4}));
+}
+
+TEST_F(BwwLayout, ATuneGoesOnOverThePageAndOneThatFindsThePageFullStartsANewOne)
+{
+    const A4Paper paper;
+    // Six lines each: the second tune starts below the first, and what does not fit goes on at
+    // the top of the next page, below which the third tune starts.
+    QByteArray first;
+    for (int i = 0; i < 6; ++i)
+        first += "& 4_4 LA_4 ! B_4 ! C_4 ! D_4 !t\r\n";
+    const auto set = Import(first + SetTune("Second", 6) + SetTune("Third", 1));
+    ASSERT_NE(set, nullptr);
+    ASSERT_EQ(set->Pages.size(), 2u);
+    const PageContents one = ContentsOf(*set->Pages[0]);
+    const PageContents two = ContentsOf(*set->Pages[1]);
+    EXPECT_EQ(one.Items, (QStringList{"Tune", "music", "Second", "music"}));
+    EXPECT_EQ(two.Items, (QStringList{"music", "Third", "music"}));
+    EXPECT_FALSE(one.Overlapping || two.Overlapping || two.Outside);
+    const std::vector<CStaveArea*> areas = MusicAreas(*set);
+    ASSERT_EQ(areas.size(), 4u);
+    EXPECT_EQ(areas[1]->ChildCount() + areas[2]->ChildCount(), 6u);
+    EXPECT_GT(areas[2]->ChildCount(), 0u);
+
+    // A first tune that leaves no room for a line below the headings sends the next to a page of
+    // its own, headings at the top.
+    QByteArray full;
+    for (int i = 0; i < 11; ++i)
+        full += "& 4_4 LA_4 ! B_4 ! C_4 ! D_4 !t\r\n";
+    const auto fresh = Import(full + SetTune("Second", 1));
+    ASSERT_NE(fresh, nullptr);
+    ASSERT_EQ(fresh->Pages.size(), 2u);
+    EXPECT_EQ(ContentsOf(*fresh->Pages[1]).Items, (QStringList{"Second", "music"}));
 }
 
 TEST(LineBreaks, ALineStartsWhereTheTuneStartsOneAndATooFullLineSplitsEvenly)

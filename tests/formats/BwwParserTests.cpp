@@ -138,25 +138,51 @@ TEST(BwwParser, BeamsDotsTiesAndTriplets)
     EXPECT_NE(doc->Ties[1]->Third, 0);
 }
 
-TEST(BwwParser, TheNoteGridRefusesRatherThanOverruns)
+TEST(BwwParser, ABarOfMoreThan32ItemsIsWholeInFullAndCutWhenStrict)
+{
+    // Forty items: twenty notes, each after a gracenote, then a dot for the last note.
+    QByteArray longBar = "& ";
+    for (int i = 0; i < 20; ++i)
+        longBar += "gg E_16 ";
+    const QByteArray tune = kHeader + longBar + "'e !I\r\n";
+    for (const bww::Reading mode : {bww::Reading::Full, bww::Reading::Strict}) {
+        RecordingMessages messages;
+        bww::ImportLog log;
+        log.Mode = mode;
+        const auto doc = ReadBww(tune, log);
+        ASSERT_NE(doc, nullptr);
+        ASSERT_EQ(doc->Bars.size(), 1u);
+        const auto& notes = doc->Bars[0]->Notes;
+        if (mode == bww::Reading::Full) {
+            EXPECT_EQ(notes.size(), 40u);
+            EXPECT_EQ(notes.back()->Dot, 1);
+            EXPECT_TRUE(messages.Texts.isEmpty());
+            EXPECT_TRUE(log.Problems.empty());
+            continue;
+        }
+        // The dot belongs to the 20th note, which is left out, and not to the last one kept.
+        EXPECT_EQ(notes.size(), 32u);
+        EXPECT_EQ(notes.back()->Dot, 0);
+        const QString cut =
+            QStringLiteral("A bar holds more than 32 notes: the notes after the 32nd are left out.");
+        EXPECT_EQ(messages.Texts, QStringList{cut});
+        ASSERT_EQ(log.Problems.size(), 1u);
+        EXPECT_EQ(log.Problems[0].Code, bww::ProblemCode::BarTooLong);
+    }
+}
+
+TEST(BwwParser, APartOfMoreThan24BarsIsCutShort)
 {
     RecordingMessages messages;
     bww::ImportLog log;
-    QByteArray longBar = "& ";
-    for (int i = 0; i < 40; ++i)
-        longBar += "E_16 ";
     QByteArray longPart = "& ";
     for (int i = 0; i < 30; ++i)
         longPart += "E_4 ! ";
-    // The dot belongs to the 40th note, which is left out, and not to the 32nd.
-    const auto doc = ReadBww(kHeader + longBar + "'e !I\r\n" + longPart + "!I\r\n", log);
+    const auto doc = ReadBww(kHeader + longPart + "!I\r\n", log);
     ASSERT_NE(doc, nullptr);
-    EXPECT_EQ(doc->BarAt(1, 1)->Notes.size(), 32u);
-    EXPECT_EQ(doc->BarAt(1, 1)->Notes.back()->Dot, 0);
     EXPECT_EQ(doc->Parts.back()->BarCount, 24);
-    ASSERT_EQ(log.Problems.size(), 2u);
-    EXPECT_EQ(log.Problems[0].Code, bww::ProblemCode::BarTooLong);
-    EXPECT_EQ(log.Problems[1].Code, bww::ProblemCode::PartTooLong);
+    ASSERT_EQ(log.Problems.size(), 1u);
+    EXPECT_EQ(log.Problems[0].Code, bww::ProblemCode::PartTooLong);
 }
 
 TEST(BwwParser, PassedOverWordsAreLoggedWithTheirLines)

@@ -11,7 +11,7 @@ bool NoteGrid::NewRow(CBar::Edge start)
     m_edges[m_rows] = {start, CBar::Edge::Plain};
     m_startsLine[m_rows] = m_lineStartPending;
     m_lineStartPending = false;
-    m_used[m_rows++] = 0;
+    m_grid[m_rows++].clear();
     return true;
 }
 
@@ -31,24 +31,26 @@ bool NoteGrid::Add(const Slot& slot)
 {
     if (!m_rowOpen)
         return false;
-    if (m_used[m_rows - 1] >= MaxSlots) {
+    std::vector<Slot>& row = m_grid[m_rows - 1];
+    if (m_bounded && row.size() >= MaxSlots) {
         m_rowFull = true;
         return false;
     }
-    m_grid[m_rows - 1][m_used[m_rows - 1]++] = slot;
+    row.push_back(slot);
     return true;
 }
 
 NoteGrid::Slot* NoteGrid::Previous(std::size_t back)
 {
-    if (!m_rowOpen || m_rowFull || back == 0 || back > m_used[m_rows - 1])
+    if (!m_rowOpen || m_rowFull || back == 0 || back > m_grid[m_rows - 1].size())
         return nullptr;
-    return &m_grid[m_rows - 1][m_used[m_rows - 1] - back];
+    std::vector<Slot>& row = m_grid[m_rows - 1];
+    return &row[row.size() - back];
 }
 
 void NoteGrid::DropEmptyLast()
 {
-    if (m_rows == 0 || m_used[m_rows - 1] != 0)
+    if (m_rows == 0 || !m_grid[m_rows - 1].empty())
         return;
     --m_rows;
     m_rowOpen = false;

@@ -5,12 +5,15 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace corrieval::bww {
 
 // The notes of one part as the parser gathers them, a row per bar. Its size is that of the older
-// program's grid, which had no bounds of its own: here a bar or a part too long is refused, and
-// the caller told so, rather than written past the end.
+// program's grid, which had no bounds of its own: here a part too long is refused, and the caller
+// told so, rather than written past the end. A bar is held to the older grid's 32 slots only when
+// the grid is bounded, as the strict reading wants it; unbounded, it keeps every item of the bar,
+// and the score splits a bar too wide for a line.
 class NoteGrid {
 public:
     static constexpr std::size_t MaxRows = 24;
@@ -33,6 +36,8 @@ public:
         CBar::Edge End = CBar::Edge::Plain;
     };
 
+    explicit NoteGrid(bool bounded) : m_bounded(bounded) {}
+
     // Opens the next bar, which starts with `start`. False, with nothing opened, when the part
     // already has MaxRows bars: what follows up to the next bar is dropped.
     bool NewRow(CBar::Edge start = CBar::Edge::Plain);
@@ -41,7 +46,7 @@ public:
     // Sets the line at the start of the open bar, or at the end of the last bar.
     void SetStart(CBar::Edge edge);
     void SetEnd(CBar::Edge edge);
-    // Adds a slot to the open bar; false when there is none or it is full.
+    // Adds a slot to the open bar; false when there is none, or it is full and the grid bounded.
     bool Add(const Slot& slot);
     // The slot `back` places before the end of the open bar (1 the last), or null. Once the bar
     // has refused a slot it is null: a dot or tie written then belongs to a note left out.
@@ -51,21 +56,22 @@ public:
 
     std::size_t RowCount() const { return m_rows; }
     // The slots in the open bar so far.
-    std::size_t OpenRowSize() const { return m_rowOpen ? m_used[m_rows - 1] : 0; }
-    std::span<const Slot> Row(std::size_t row) const { return {m_grid[row].data(), m_used[row]}; }
+    std::size_t OpenRowSize() const { return m_rowOpen ? m_grid[m_rows - 1].size() : 0; }
+    std::span<const Slot> Row(std::size_t row) const { return m_grid[row]; }
     const Edges& RowEdges(std::size_t row) const { return m_edges[row]; }
     bool StartsLine(std::size_t row) const { return m_startsLine[row]; }
     void Clear();
 
 private:
-    std::array<std::array<Slot, MaxSlots>, MaxRows> m_grid{};
-    std::array<std::size_t, MaxRows> m_used{};
+    // Rows keep their room from part to part.
+    std::array<std::vector<Slot>, MaxRows> m_grid;
     std::array<Edges, MaxRows> m_edges{};
     std::array<bool, MaxRows> m_startsLine{};
     std::size_t m_rows = 0;
     bool m_rowOpen = false;
     bool m_rowFull = false; // the open bar has refused a slot
     bool m_lineStartPending = false;
+    bool m_bounded;
 };
 
 } // namespace corrieval::bww

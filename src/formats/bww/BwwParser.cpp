@@ -106,7 +106,7 @@ QString Decode(const std::string& bytes)
 } // namespace
 
 Parser::Parser(const QByteArray& text, CPipeDoc& doc, ImportLog& log)
-    : m_lexer(text, log), m_firstTune(doc), m_doc(&doc), m_log(log)
+    : m_lexer(text, log), m_firstTune(doc), m_doc(&doc), m_log(log), m_grid(log.Mode == Reading::Strict)
 {
 }
 

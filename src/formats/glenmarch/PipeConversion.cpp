@@ -37,11 +37,28 @@ constexpr float kComposerShare = 0.65f;
 constexpr double kTitleSize = 1.5;
 constexpr double kSubheadingSize = 1.3;
 constexpr double kUpbeatShare = 0.4;
+// A further tune of a set starts this far below the music before it, inches.
+constexpr float kTuneGap = 0.25f;
 
 // Lines that fit in a height, never fewer than one.
 std::int32_t LinesIn(float height)
 {
     return std::max(1, static_cast<std::int32_t>(height / kLineHeight));
+}
+
+// Lines of a music area that starts at y and must end within the page box; 0 when none fits.
+std::int32_t LinesBetween(float y, const RectF& box)
+{
+    return std::max(0, static_cast<std::int32_t>((box.Bottom() - y - kAreaSlack) / kLineHeight));
+}
+
+// The lowest edge of what a page holds.
+float UsedBottom(const CTunePage& page)
+{
+    float bottom = page.ContentBox().Y;
+    for (const auto& child : page.Children())
+        bottom = std::max(bottom, child->Bounds().Bottom());
+    return bottom;
 }
 
 } // namespace
@@ -59,28 +76,30 @@ PipeConversion::PipeConversion(CPipeDoc& source, CCorrievalDoc& target, bool fro
 
 PipeConversion::~PipeConversion() = default;
 
-void PipeConversion::Run()
+void PipeConversion::Run(Placement placement)
 {
     CleanTexts();
     ApplyOrientation();
     if (m_doc.Pages.empty())
         m_doc.AddPage(0);
-    CTunePage& page = *m_doc.Pages.back();
+    const TuneStart start = FindStart(placement);
+    CTunePage& page = start.Page;
     const RectF box = page.ContentBox();
-    AddHeadings(page, box, box.Height / kPageUnits);
+    const float unit = box.Height / kPageUnits;
+    AddHeadings(page, box, start.Top, unit);
 
     if (FollowsContent())
         FlowLines(box.Width);
     CountColumns();
     const std::int32_t lines = LineCount();
-    const std::int32_t firstPageLines = LinesIn(box.Height * 10 / kPageUnits);
+    const std::int32_t firstPageLines = start.Lines;
     m_timeSigType = m_source.TimeSigText.isEmpty()
                         ? CTimeSig::None
                         : CTimeSig::TimeSigFromChar(m_source.TimeSigText[0].unicode());
     if (m_source.CustomBeats > 0)
         m_timeSigType = CTimeSig::Custom;
-    CStaveArea& area = AddStaveArea(page, box, box.Y + box.Height / kPageUnits + kAreaGap,
-                                    std::min(lines, firstPageLines), true);
+    CStaveArea& area =
+        AddStaveArea(page, box, start.Top + unit + kAreaGap, std::min(lines, firstPageLines), true);
     SetTempo();
     if (m_fromText)
         m_source.BeatDoubling = 0;
@@ -106,11 +125,26 @@ void PipeConversion::ApplyOrientation()
     m_doc.LayoutPages();
 }
 
-void PipeConversion::AddHeadings(CTunePage& page, const RectF& box, float unit)
+PipeConversion::TuneStart PipeConversion::FindStart(Placement placement)
 {
-    AddHeading(page, {box.X, box.Y, box.Width, unit * kTitleUnits}, m_source.CentreText, kTitleSize,
+    CTunePage& last = *m_doc.Pages.back();
+    const RectF box = last.ContentBox();
+    if (placement == Placement::BelowTuneBefore) {
+        // As many lines as fit stay on this page; the rest go on to new pages, as a long tune's do.
+        const float top = UsedBottom(last) + kTuneGap;
+        if (const std::int32_t lines = LinesBetween(top + box.Height / kPageUnits + kAreaGap, box); lines > 0)
+            return {last, top, lines};
+        m_doc.AddPage(m_doc.Pages.size());
+        return FindStart(Placement::PageTop);
+    }
+    return {last, box.Y, LinesIn(box.Height * 10 / kPageUnits)};
+}
+
+void PipeConversion::AddHeadings(CTunePage& page, const RectF& box, float top, float unit)
+{
+    AddHeading(page, {box.X, top, box.Width, unit * kTitleUnits}, m_source.CentreText, kTitleSize,
                CTextArea::Centre);
-    const float y = box.Y + unit * kTitleUnits + unit * kHeadingGapUnits;
+    const float y = top + unit * kTitleUnits + unit * kHeadingGapUnits;
     const float h = unit * kSubheadingUnits;
     AddHeading(page, {box.X, y, box.Width * kTypeShare, h}, m_source.LeftText, kSubheadingSize,
                CTextArea::Left);
@@ -348,10 +382,8 @@ void ConvertPipeDoc(CPipeDoc& source, CCorrievalDoc& target, bool fromText)
     PipeConversion(source, target, fromText).Run();
     // A score plays at one tempo: the first tune's.
     const std::int32_t tempo = target.Tempo;
-    for (const auto& tune : source.FollowingTunes) {
-        target.AddPage(target.Pages.size());
-        PipeConversion(*tune, target, fromText).Run();
-    }
+    for (const auto& tune : source.FollowingTunes)
+        PipeConversion(*tune, target, fromText).Run(PipeConversion::Placement::BelowTuneBefore);
     target.Tempo = tempo;
 }
 

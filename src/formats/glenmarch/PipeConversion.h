@@ -32,9 +32,13 @@ class CText;
 // open repeat section, tie and beam.
 class PipeConversion {
 public:
+    // Where a tune goes: at the top of the score's last page, or, for a further tune of a set,
+    // below the tune before it while that page has room for its headings and a line of music.
+    enum class Placement { PageTop, BelowTuneBefore };
+
     PipeConversion(CPipeDoc& source, CCorrievalDoc& target, bool fromText);
     ~PipeConversion();
-    void Run();
+    void Run(Placement placement = Placement::PageTop);
 
 private:
     // The older tunes had no more bars on a line than this; a larger count comes from a damaged
@@ -55,10 +59,19 @@ private:
         const CTimeSig& TimeSig; // the music area's
     };
 
+    // The page a tune starts on, the top of its headings, and the lines of music that fit below
+    // them.
+    struct TuneStart {
+        CTunePage& Page;
+        float Top;
+        std::int32_t Lines;
+    };
+
     // Headings and the page.
     void CleanTexts();
     void ApplyOrientation();
-    void AddHeadings(CTunePage& page, const RectF& box, float unit);
+    TuneStart FindStart(Placement placement);
+    void AddHeadings(CTunePage& page, const RectF& box, float top, float unit);
     void AddHeading(CTunePage& page, const RectF& bounds, const CText& text, double sizeFactor,
                     std::int32_t alignment);
     void SetTempo();
@@ -80,7 +93,10 @@ private:
     // A BWW tune's lines follow what its bars hold (PipeConversionLines.cpp): lines break where
     // the tune breaks them or where they are full, and each bar takes the width it needs.
     bool FollowsContent() const;
-    float NeededWidth(const CBar& bar);
+    // The width each note of the bar takes, in its order; 0 for one that is not drawn.
+    std::vector<float> NoteWidths(const CBar& bar);
+    // A bar too wide for a line goes on in further bars, each as wide as a line can take.
+    void SplitWideBars(float lineWidth);
     void FlowLines(float pageWidth);
     static void FitBarsToContent(CStaveArea& area);
 

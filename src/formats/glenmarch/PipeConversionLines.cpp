@@ -8,51 +8,174 @@
 #include <algorithm>
 #include <cmath>
 #include <unordered_set>
+#include <utility>
 
 namespace corrieval {
 
 namespace {
+constexpr std::int32_t kGracenoteCode = 30;
 // Room a stave keeps at its head for clef, key and time signature, inches; a little more than it
 // takes, so that the bars measured here still fit once the staves have their final height.
 constexpr float kStaveHeadRoom = 0.6f;
 // Room for the heavier lines at a bar's ends, inches.
 constexpr float kBarEdgeRoom = 0.06f;
 constexpr double kThousandths = 1000.0;
+
+// What a bar needs for notes of these widths; one of width 0 is not drawn.
+class NeededRoom {
+public:
+    void Add(float width)
+    {
+        m_total += width;
+        m_count += width > 0 ? 1 : 0;
+    }
+    float Width() const { return CBarEx::NeededWidth(m_total, m_count) + kBarEdgeRoom; }
+    float WidthWith(float width) const
+    {
+        NeededRoom more = *this;
+        more.Add(width);
+        return more.Width();
+    }
+
+private:
+    float m_total = 0;
+    std::size_t m_count = 0;
+};
+
+float NeededWidth(const std::vector<float>& widths)
+{
+    NeededRoom room;
+    for (const float width : widths)
+        room.Add(width);
+    return room.Width();
+}
+
+// A note after which a bar may be cut: a melody note, and at best one that leaves no beam open,
+// so that gracenotes and movements stay with the note they lead to.
+enum class Cut { No, Possible, Best };
+
+Cut CutAfter(const CBar& bar, const CNote& note)
+{
+    if (note.Code >= kGracenoteCode)
+        return Cut::No;
+    const CNoteGroup* beam = bar.GroupOf(note.Id);
+    return beam == nullptr || beam->NoteIds.empty() || beam->NoteIds.back() == note.Id ? Cut::Best
+                                                                                       : Cut::Possible;
+}
+
+// Where a bar too wide for a line is cut: the first note of each further piece. Each piece is
+// as long as fits, cut after its last best place, else its last possible one, else where it is
+// full; a single note wider than a line stands alone.
+std::vector<std::size_t> BarCuts(const CBar& bar, const std::vector<float>& widths, float lineWidth)
+{
+    std::vector<std::size_t> cuts;
+    if (NeededWidth(widths) <= lineWidth)
+        return cuts;
+    std::size_t start = 0;
+    while (start < widths.size()) {
+        NeededRoom room;
+        room.Add(widths[start]);
+        std::size_t end = start + 1;
+        for (; end < widths.size() && room.WidthWith(widths[end]) <= lineWidth; ++end)
+            room.Add(widths[end]);
+        if (end == widths.size())
+            break;
+        std::size_t best = 0;
+        std::size_t possible = 0;
+        for (std::size_t i = start; i < end; ++i) {
+            const Cut cut = CutAfter(bar, *bar.Notes[i]);
+            possible = cut != Cut::No ? i + 1 : possible;
+            best = cut == Cut::Best ? i + 1 : best;
+        }
+        start = best > 0 ? best : possible > 0 ? possible : end;
+        cuts.push_back(start);
+    }
+    return cuts;
+}
+
+// Moves the notes of `bar` from `first` on into a new bar that follows it, with the line at its
+// end and the beams of those notes; a beam the cut crosses keeps the notes of its own bar.
+std::unique_ptr<CBar> SplitOff(CBar& bar, std::size_t first)
+{
+    auto piece = std::make_unique<CBar>();
+    piece->Top = bar.Top;
+    piece->Height = bar.Height;
+    piece->StaveGap = bar.StaveGap;
+    piece->Left = bar.Left;
+    piece->Width = bar.Width;
+    piece->BarKind = std::exchange(bar.BarKind, CBar::Plain);
+    piece->EndEdge = std::exchange(bar.EndEdge, CBar::Edge::Plain);
+    const auto cut = bar.Notes.begin() + static_cast<std::ptrdiff_t>(first);
+    const std::int32_t shift = (*cut)->X - bar.Notes.front()->X;
+    std::int32_t index = 1;
+    for (auto note = cut; note != bar.Notes.end(); ++note) {
+        (*note)->Index = index++;
+        (*note)->X -= shift;
+        piece->Notes.push_back(std::move(*note));
+    }
+    bar.Notes.erase(cut, bar.Notes.end());
+    for (auto& beam : bar.Groups) {
+        if (!beam->NoteIds.empty() && piece->HoldsNote(beam->NoteIds.front()))
+            piece->Groups.push_back(std::move(beam));
+    }
+    std::erase(bar.Groups, nullptr);
+    const auto keepOwn = [](CBar& owner) {
+        for (auto& beam : owner.Groups)
+            std::erase_if(beam->NoteIds, [&owner](std::int32_t id) { return !owner.HoldsNote(id); });
+    };
+    keepOwn(bar);
+    keepOwn(*piece);
+    return piece;
+}
 } // namespace
 
 bool PipeConversion::FollowsContent() const { return m_fromText && !m_source.ReadStrictly; }
 
-float PipeConversion::NeededWidth(const CBar& bar)
+std::vector<float> PipeConversion::NoteWidths(const CBar& bar)
 {
     // A beamed note is placed as a plain note, whatever its code.
     std::unordered_set<std::int32_t> beamed;
     for (const auto& beam : bar.Groups)
         beamed.insert(beam->NoteIds.begin(), beam->NoteIds.end());
-    float widths = 0;
-    std::size_t count = 0;
+    std::vector<float> widths;
     for (const auto& note : bar.Notes) {
-        if (!note->Visible)
-            continue;
-        const float width = beamed.contains(note->Id)
-                                ? PlainNoteWidth
-                                : WidthFromCode(static_cast<std::uint32_t>(note->Code), m_definitions);
-        if (width <= 0)
-            continue;
-        widths += width;
-        ++count;
+        const auto code = static_cast<std::uint32_t>(note->Code);
+        const float width = !note->Visible              ? 0.0f
+                            : beamed.contains(note->Id) ? PlainNoteWidth
+                                                        : WidthFromCode(code, m_definitions);
+        widths.push_back(std::max(width, 0.0f));
     }
-    return CBarEx::NeededWidth(widths, count) + kBarEdgeRoom;
+    return widths;
+}
+
+void PipeConversion::SplitWideBars(float lineWidth)
+{
+    std::vector<std::unique_ptr<CBar>> bars;
+    for (auto& bar : m_source.Bars) {
+        const std::vector<float> widths = NoteWidths(*bar);
+        const std::vector<std::size_t> cuts = BarCuts(*bar, widths, lineWidth);
+        // The pieces are taken off the end, each with the notes from its cut on.
+        std::vector<std::unique_ptr<CBar>> pieces;
+        for (auto cut = cuts.rbegin(); cut != cuts.rend(); ++cut)
+            pieces.push_back(SplitOff(*bar, *cut));
+        bars.push_back(std::move(bar));
+        for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece)
+            bars.push_back(std::move(*piece));
+    }
+    m_source.Bars = std::move(bars);
 }
 
 void PipeConversion::FlowLines(float pageWidth)
 {
-    std::vector<BarToPlace> bars;
-    for (const auto& bar : m_source.Bars)
-        bars.push_back({NeededWidth(*bar), bar->StartsLine});
     // Every bar needs at least the room of an empty one, so a line this long never holds more
     // bars than a line can take, even on the widest paper.
     const float longest = static_cast<float>(MaxColumns) * (CBarEx::NeededWidth(0, 0) + kBarEdgeRoom);
-    const std::vector<std::size_t> starts = BreakLines(bars, std::min(pageWidth - kStaveHeadRoom, longest));
+    const float lineWidth = std::min(pageWidth - kStaveHeadRoom, longest);
+    SplitWideBars(lineWidth);
+    std::vector<BarToPlace> bars;
+    for (const auto& bar : m_source.Bars)
+        bars.push_back({NeededWidth(NoteWidths(*bar)), bar->StartsLine});
+    const std::vector<std::size_t> starts = BreakLines(bars, lineWidth);
 
     std::int32_t line = 0;
     std::int32_t column = 0;
