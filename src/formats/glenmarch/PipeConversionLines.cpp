@@ -93,6 +93,18 @@ std::vector<std::size_t> BarCuts(const CBar& bar, const std::vector<float>& widt
     return cuts;
 }
 
+// Spaces the notes evenly across the bar, as the import first placed them, so that each piece of a
+// split bar spreads over its own width.
+void SpreadNotes(CBar& bar)
+{
+    const auto spacing = bar.Width / (static_cast<std::int32_t>(bar.Notes.size()) + 1);
+    std::int32_t x = spacing;
+    for (auto& note : bar.Notes) {
+        note->X = x;
+        x += spacing;
+    }
+}
+
 // Moves the notes of `bar` from `first` on into a new bar that follows it, with the line at its
 // end and the beams of those notes; a beam the cut crosses keeps the notes of its own bar.
 std::unique_ptr<CBar> SplitOff(CBar& bar, std::size_t first)
@@ -106,11 +118,9 @@ std::unique_ptr<CBar> SplitOff(CBar& bar, std::size_t first)
     piece->BarKind = std::exchange(bar.BarKind, CBar::Plain);
     piece->EndEdge = std::exchange(bar.EndEdge, CBar::Edge::Plain);
     const auto cut = bar.Notes.begin() + static_cast<std::ptrdiff_t>(first);
-    const std::int32_t shift = (*cut)->X - bar.Notes.front()->X;
     std::int32_t index = 1;
     for (auto note = cut; note != bar.Notes.end(); ++note) {
         (*note)->Index = index++;
-        (*note)->X -= shift;
         piece->Notes.push_back(std::move(*note));
     }
     bar.Notes.erase(cut, bar.Notes.end());
@@ -158,9 +168,13 @@ void PipeConversion::SplitWideBars(float lineWidth)
         std::vector<std::unique_ptr<CBar>> pieces;
         for (auto cut = cuts.rbegin(); cut != cuts.rend(); ++cut)
             pieces.push_back(SplitOff(*bar, *cut));
+        if (!pieces.empty())
+            SpreadNotes(*bar);
         bars.push_back(std::move(bar));
-        for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece)
+        for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
+            SpreadNotes(**piece);
             bars.push_back(std::move(*piece));
+        }
     }
     m_source.Bars = std::move(bars);
 }
