@@ -169,7 +169,9 @@ TEST(BwwFullReading, EachTuneOfASetHasItsOwnHeadingsTempoAndMusicArea)
     ASSERT_EQ(second.Bars.size(), 1u);
     EXPECT_EQ(second.Bars[0]->Notes.size(), 1u);
 
+    // Two short tunes share a page, each in a music area of its own.
     const auto score = ConvertToNewDocument(*tune.Doc, true);
+    EXPECT_EQ(score->Pages.size(), 1u);
     EXPECT_EQ(MusicAreas(*score).size(), 2u);
     EXPECT_EQ(score->Tempo, 96);
     // Texts after the last tune's music begin no tune.

@@ -12,7 +12,7 @@ namespace corrieval::bww {
 namespace {
 
 constexpr std::int32_t kLowGPosition = 19;
-constexpr std::int32_t kGracenoteCode = 30;
+constexpr std::int32_t kGracenoteCode = CNote::GracenoteCode;
 
 // The older stave position at which a movement is written, or 0 for a word that the older
 // model has no movement for (those are passed over).

@@ -13,7 +13,6 @@
 namespace corrieval {
 
 namespace {
-constexpr std::int32_t kGracenoteCode = 30;
 // Room a stave keeps at its head for clef, key and time signature, inches; a little more than it
 // takes, so that the bars measured here still fit once the staves have their final height.
 constexpr float kStaveHeadRoom = 0.6f;
@@ -56,7 +55,7 @@ enum class Cut { No, Possible, Best };
 
 Cut CutAfter(const CBar& bar, const CNote& note)
 {
-    if (note.Code >= kGracenoteCode)
+    if (note.Code >= CNote::GracenoteCode)
         return Cut::No;
     const CNoteGroup* beam = bar.GroupOf(note.Id);
     return beam == nullptr || beam->NoteIds.empty() || beam->NoteIds.back() == note.Id ? Cut::Best
@@ -137,6 +136,7 @@ std::unique_ptr<CBar> SplitOff(CBar& bar, std::size_t first)
     keepOwn(*piece);
     return piece;
 }
+
 } // namespace
 
 bool PipeConversion::FollowsContent() const { return m_fromText && !m_source.ReadStrictly; }

@@ -27,6 +27,8 @@ public:
     static constexpr std::int32_t HighestPosition = 27;
     // An older stave position becomes a NotePitch as this less the position.
     static constexpr std::int32_t PitchBase = 30;
+    // The code of a single gracenote; codes below it are melody notes, those above movements.
+    static constexpr std::int32_t GracenoteCode = 30;
 
     CNote() = default;
     // A note made by the import. A movement code puts the note at the position where its
