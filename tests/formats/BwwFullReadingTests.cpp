@@ -16,7 +16,7 @@ using testing::MusicAreas;
 using testing::RecordingMessages;
 
 const QByteArray kHeader = "Bagpipe Reader:1.0\r\n"
-                           "\"Tune\",(Y,C)\r\n\"March\",(T,L)\r\n\"Trad.\",(M,R)\r\n\r\n";
+                           "\"Tune\",(T,C)\r\n\"March\",(Y,L)\r\n\"Trad.\",(M,R)\r\n\r\n";
 
 // A tune read in one mode; its notes as (code, older stave position), bar after bar.
 struct ReadTune {
@@ -60,7 +60,7 @@ constexpr std::int32_t kGrace = 30;
 
 TEST(BwwFullReading, HeadersNeedNoTextsOfTheirOwn)
 {
-    const QByteArray noComposer = "Bagpipe Reader:1.0\r\n\"Tune\",(Y,C)\r\n\"Reel\",(T,L)\r\n& E_4 !t";
+    const QByteArray noComposer = "Bagpipe Reader:1.0\r\n\"Tune\",(T,C)\r\n\"Reel\",(Y,L)\r\n& E_4 !t";
     const ReadTune full(noComposer, bww::Reading::Full);
     ASSERT_NE(full.Doc, nullptr);
     EXPECT_EQ(full.Doc->CentreText.Text, QStringLiteral("Tune"));
@@ -157,7 +157,7 @@ TEST(BwwFullReading, WhatAScoreCannotHoldIsListedAndAPauseHoldsItsNote)
 TEST(BwwFullReading, EachTuneOfASetHasItsOwnHeadingsTempoAndMusicArea)
 {
     const QByteArray set = kHeader + "TuneTempo,96\r\n& 2_4 E_4 ! D_4 !I\r\n" +
-                           "\"Second\",(Y,C)\r\n\"Reel\",(T,L)\r\nTuneTempo,110\r\n& C 4_4 B_4 !t\r\n";
+                           "\"Second\",(T,C)\r\n\"Reel\",(Y,L)\r\nTuneTempo,110\r\n& C 4_4 B_4 !t\r\n";
     const ReadTune tune(set, bww::Reading::Full);
     ASSERT_NE(tune.Doc, nullptr);
     EXPECT_EQ(tune.Doc->WrittenTempo, 96);

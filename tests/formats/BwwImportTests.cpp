@@ -20,7 +20,7 @@ using testing::MusicAreas;
 using testing::RecordingMessages;
 
 const QByteArray kHeader = "Bagpipe Reader:1.0\r\n"
-                           "\"Tune\",(Y,C)\r\n\"March\",(T,L)\r\n\"Trad.\",(M,R)\r\n\r\n";
+                           "\"Tune\",(T,C)\r\n\"March\",(Y,L)\r\n\"Trad.\",(M,R)\r\n\r\n";
 
 // A BWW tune read and converted as the import does, into a score of its own.
 struct ImportedTune {
@@ -110,7 +110,7 @@ TEST(BwwImport, TheAppImportsIntoTheActiveViewAndShowsTheTempo)
 {
     RecordingMessages messages;
     bww::ImportLog log;
-    auto source = ReadBww("Bagpipe Reader:1.0\r\n\"Tune\",(Y)\r\n\"Strathspey\",(T)\r\n\"Trad.\",(M)\r\n"
+    auto source = ReadBww("Bagpipe Reader:1.0\r\n\"Tune\",(T)\r\n\"Strathspey\",(Y)\r\n\"Trad.\",(M)\r\n"
                           "& 4_4 E_4 ! D_4 !I\r\n",
                           log);
     ASSERT_NE(source, nullptr);

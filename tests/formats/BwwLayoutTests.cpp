@@ -21,7 +21,7 @@ using testing::MusicAreas;
 using testing::StaveOf;
 
 const QByteArray kHeader = "Bagpipe Reader:1.0\r\n"
-                           "\"Tune\",(Y,C)\r\n\"March\",(T,L)\r\n\"Trad.\",(M,R)\r\n\r\n";
+                           "\"Tune\",(T,C)\r\n\"March\",(Y,L)\r\n\"Trad.\",(M,R)\r\n\r\n";
 // A bar as full as pipers write them: eight notes, each after a movement.
 const QByteArray kDense = " dbe E_8 grp LA_8 tar B_8 dbc C_8 dbd D_8 dbf F_8 grp LA_8 tar B_8 ";
 const QByteArray kSparse = " LA_2 ";
@@ -130,7 +130,7 @@ TEST_F(BwwLayout, ABarOfMoreThan32ItemsGoesOnInTheNextBarWithEveryItemApart)
 // A further tune of a set: its headings, then `lines` stave lines of four bars.
 QByteArray SetTune(const char* title, int lines)
 {
-    QByteArray tune = QByteArray("\"") + title + "\",(Y,C)\r\n\"Reel\",(T,L)\r\n\"Trad.\",(M,R)\r\n";
+    QByteArray tune = QByteArray("\"") + title + "\",(T,C)\r\n\"Reel\",(Y,L)\r\n\"Trad.\",(M,R)\r\n";
     for (int i = 0; i < lines; ++i)
         tune += "& 4_4 LA_4 ! B_4 ! C_4 ! D_4 !t\r\n";
     return tune;

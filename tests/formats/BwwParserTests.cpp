@@ -10,8 +10,8 @@ namespace {
 using testing::RecordingMessages;
 
 const QByteArray kHeader = "Bagpipe Reader:1.0\r\n"
-                           "\"Corrieval March\",(Y,C,0,0,Times New Roman,16)\r\n"
-                           "\"March\",(T,L,0,0,Times New Roman,14)\r\n"
+                           "\"Corrieval March\",(T,C,0,0,Times New Roman,16)\r\n"
+                           "\"March\",(Y,L,0,0,Times New Roman,14)\r\n"
                            "\"Converted by a tool\",(M,R)\r\n"
                            "\"A. Piper\",(M,R,0,0,Times New Roman,14)\r\n\r\n";
 
@@ -40,6 +40,20 @@ TEST(BwwParser, HeaderTextsGoByTheirKind)
     EXPECT_EQ(doc->RightText.Text, QStringLiteral("A. Piper"));
     EXPECT_EQ(doc->TimeSigText, QStringLiteral("\""));
     EXPECT_TRUE(messages.Texts.isEmpty());
+
+    // Files mark the title T and the type Y; the strict reading takes them the other way round.
+    // A file may open straight with its texts: kinds make them a header, not positional texts.
+    const QByteArray opensWithTexts = "\"Me\",(M,R)\n\"Lament\",(T,C)\n\"Slow Air\",(Y,L)\n& E_4 !t";
+    const auto full = ReadBww(opensWithTexts, log);
+    ASSERT_NE(full, nullptr);
+    EXPECT_EQ(full->CentreText.Text, QStringLiteral("Lament"));
+    EXPECT_EQ(full->LeftText.Text, QStringLiteral("Slow Air"));
+    EXPECT_EQ(full->RightText.Text, QStringLiteral("Me"));
+    log.Mode = bww::Reading::Strict;
+    const auto strict = ReadBww("x " + opensWithTexts, log);
+    ASSERT_NE(strict, nullptr);
+    EXPECT_EQ(strict->CentreText.Text, QStringLiteral("Slow Air"));
+    EXPECT_EQ(strict->LeftText.Text, QStringLiteral("Lament"));
 }
 
 TEST(BwwParser, HeadersThatFallShortAreRefusedWhenStrict)

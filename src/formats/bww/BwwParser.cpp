@@ -151,7 +151,9 @@ bool Parser::Parse()
 
 bool Parser::Header()
 {
-    if (m_lookahead == Token::Title)
+    // A text with a kind of its own is a BWW header whatever stands before it; the positional
+    // texts of a BMW file have none.
+    if (m_lookahead == Token::Title && !(Full() && m_lexer.TitleKind() != 'X'))
         return BmwHeader();
     if (!Full())
         return BwwHeader();
@@ -223,8 +225,10 @@ bool Parser::FullHeader()
     while (m_lookahead != Token::Clef && m_lookahead != Token::EndOfFile) {
         if (m_lookahead == Token::Title) {
             const QString text = Decode(m_lexer.Lexeme);
+            // The files pipers have mark the title T and the type Y, the other way round from
+            // the strict reading's rule.
             const char kind = m_lexer.TitleKind();
-            QString* target = kind == 'M' ? &composer : kind == 'T' ? &type : kind == 'Y' ? &title : nullptr;
+            QString* target = kind == 'M' ? &composer : kind == 'T' ? &title : kind == 'Y' ? &type : nullptr;
             if (target != nullptr && !text.contains(QLatin1String("Converted")))
                 *target = text;
         } else if (m_lookahead == Token::Unknown && m_lexer.Lexeme == "TuneTempo") {
