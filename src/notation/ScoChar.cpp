@@ -45,6 +45,11 @@ float CScoChar::AddToPath(QPainterPath& path, const RectF& box) const
     return measured / (Code == kGraceHead ? kGraceHeadWidthFactor : kHeadWidthFactor);
 }
 
+float CScoChar::Advance(float boxHeight) const
+{
+    return GlyphOutlines::Instance().Find(Code).Advance * boxHeight * kEmPerBoxHeight;
+}
+
 void CScoChar::DrawGlyph(Painter& painter, const RectF& box, std::uint32_t argb) const
 {
     QPainterPath path;

@@ -37,6 +37,9 @@ public:
     // Adds the outline, fitted to the box, to `path` and returns the width that stems, beams and
     // the note's head rectangle are placed by. The box height is the stave gap of the caller.
     float AddToPath(QPainterPath& path, const RectF& box) const;
+    // The glyph's advance, in inches, when drawn in a box of this height; 0 while the music font
+    // is not loaded.
+    float Advance(float boxHeight) const;
     // Fills the outline fitted to the box in the colour, with smoothing, then smoothing off.
     void DrawGlyph(Painter& painter, const RectF& box, std::uint32_t argb) const;
 

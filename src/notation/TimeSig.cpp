@@ -2,6 +2,8 @@
 
 #include "model/Stave.h"
 
+#include <algorithm>
+
 namespace corrieval {
 
 CORRIEVAL_IMPLEMENT_CLASS(CTimeSig, CScoObj);
@@ -106,16 +108,41 @@ std::int32_t CTimeSig::GetBeatUnit() const
 namespace {
 constexpr std::uint32_t kBlack = 0xFF000000;
 
-// One line of digits: two glyphs side by side, or one, or (for a symbol) whatever the caller
-// draws instead.
-void DrawNumber(Painter& painter, const std::array<CScoChar, 2>& glyphs, bool symbol, float top, float height,
-                float singleX, float width, float pairX, float pairStep)
+// The music font's digits touch their neighbours; two of them are set this part of a gap apart.
+constexpr float kDigitSpacing = 0.3f;
+
+float LineWidth(const std::array<CScoChar, 2>& glyphs, float height)
 {
-    if (glyphs[1].Code != 0) {
-        glyphs[0].DrawGlyph(painter, {pairX, top, width / 2, height}, kBlack);
-        glyphs[1].DrawGlyph(painter, {pairX + pairStep, top, width / 2, height}, kBlack);
-    } else if (!symbol) {
-        glyphs[0].DrawGlyph(painter, {singleX, top, width, height}, kBlack);
+    if (glyphs[1].Code == 0)
+        return glyphs[0].Advance(height);
+    return glyphs[0].Advance(height) + kDigitSpacing * height + glyphs[1].Advance(height);
+}
+
+// How far right both lines move so that a line of two digits starts where one digit would and
+// the other line stays centred on it: the key signature before them keeps its room. Zero when
+// both lines are single digits.
+float PairShift(const std::array<CScoChar, 2>& upper, const std::array<CScoChar, 2>& lower, float height)
+{
+    if (upper[1].Code == 0 && lower[1].Code == 0)
+        return 0;
+    const float single = std::min(upper[0].Advance(height), lower[0].Advance(height));
+    return (std::max(LineWidth(upper, height), LineWidth(lower, height)) - single) / 2;
+}
+
+// One line of digits centred on `centre`, glyph by glyph at their own widths (at a fixed step the
+// pair of 12/8 runs into one shape); for a symbol, whatever the caller draws instead.
+void DrawNumber(Painter& painter, const std::array<CScoChar, 2>& glyphs, bool symbol, float top, float height,
+                float centre)
+{
+    if (symbol && glyphs[1].Code == 0)
+        return;
+    float left = centre - LineWidth(glyphs, height) / 2;
+    for (const CScoChar& glyph : glyphs) {
+        if (glyph.Code == 0)
+            break;
+        const float advance = glyph.Advance(height);
+        glyph.DrawGlyph(painter, {left, top, advance, height}, kBlack);
+        left += advance + kDigitSpacing * height;
     }
 }
 } // namespace
@@ -129,15 +156,17 @@ void CTimeSig::Draw(Painter& painter, OutputMode)
     if (Stave != nullptr) {
         const float u = Stave->ContentBox().Height / 19;
         const float g = 2 * u / 1.8f;
-        DrawNumber(painter, LowerGlyphs, Symbol, b.Y + 11.5f * u, g, b.X - w * 0.25f, w, b.X - w / 8, w / 4);
-        DrawNumber(painter, UpperGlyphs, Symbol, b.Y + 7.5f * u, g, b.X - w * 0.25f, w, b.X - w / 8, w / 4);
+        const float centre = b.X + w * 0.25f + PairShift(UpperGlyphs, LowerGlyphs, g);
+        DrawNumber(painter, LowerGlyphs, Symbol, b.Y + 11.5f * u, g, centre);
+        DrawNumber(painter, UpperGlyphs, Symbol, b.Y + 7.5f * u, g, centre);
         if (Symbol && UpperGlyphs[1].Code == 0)
             UpperGlyphs[0].DrawGlyph(painter, {b.X + w / 3 - w * 0.25f, b.Y + 7.5f * u + g / 2.5f, w, g * 1.2f}, kBlack);
         return;
     }
     const float h8 = b.Height * 0.125f;
-    DrawNumber(painter, LowerGlyphs, Symbol, b.Y + 6 * h8, h8, b.X, w, b.X + w / 6, w / 6);
-    DrawNumber(painter, UpperGlyphs, Symbol, b.Y + 2 * h8, h8, b.X, w, b.X + w / 6, w / 6);
+    const float centre = b.X + w / 2 + PairShift(UpperGlyphs, LowerGlyphs, h8);
+    DrawNumber(painter, LowerGlyphs, Symbol, b.Y + 6 * h8, h8, centre);
+    DrawNumber(painter, UpperGlyphs, Symbol, b.Y + 2 * h8, h8, centre);
     if (Symbol && UpperGlyphs[1].Code == 0)
         UpperGlyphs[0].DrawGlyph(painter, {b.X + w / 2.5f, b.Y + 3 * h8, w / 6, h8}, kBlack);
 }

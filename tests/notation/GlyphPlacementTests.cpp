@@ -2,6 +2,8 @@
 // the drawing rules of notes, movements, clefs and signatures give them.
 
 #include "notation/ScoChar.h"
+#include "notation/TimeSig.h"
+#include "support/RecordingPainter.h"
 
 #include <cmath>
 #include <functional>
@@ -107,7 +109,7 @@ TEST(GlyphPlacement, HeadsCentreOnTheirPitchAtEveryPosition)
     for (const auto& [codes, box] : families) {
         for (const char16_t code : codes) {
             for (int pitch = 3; pitch <= 11; ++pitch) {
-                SCOPED_TRACE(testing::Message() << "code " << int(code) << ", pitch " << pitch);
+                SCOPED_TRACE(::testing::Message() << "code " << int(code) << ", pitch " << pitch);
                 const Drawn d(code, box(pitch));
                 EXPECT_NEAR(HeadMiddle(d.Path, d.CentreX), Position(pitch), kTolerance);
             }
@@ -120,7 +122,7 @@ TEST(GlyphPlacement, StemsStandOnTheHeadEdgesThatGroupsDrawStemsAt)
     // Groups draw melody stems centred on the head's left edge, centre - width / 2, and
     // gracenote stems on its right edge; the stems inside the glyphs must meet the same lines.
     for (const char16_t code : {37, 38, 39, 40, 41, 120}) {
-        SCOPED_TRACE(testing::Message() << "code " << int(code));
+        SCOPED_TRACE(::testing::Message() << "code " << int(code));
         const Drawn d(code, NoteBox(7));
         EXPECT_NEAR(FirstInkMiddleAcross(d.Path, Position(7 + 1.5)), d.CentreX - d.Width / 2, kTolerance);
     }
@@ -152,7 +154,7 @@ TEST(GlyphPlacement, ClefKeyAndTimeSignaturesStandOnTheirLines)
     // cut time its middle.
     const float g = 2 * kU / 1.8f;
     for (char16_t digit = 49; digit <= 58; ++digit) {
-        SCOPED_TRACE(testing::Message() << "code " << int(digit));
+        SCOPED_TRACE(::testing::Message() << "code " << int(digit));
         const QRectF upper = InkBox(digit, {kLeft, kTop + 7.5f * kU, 4 * kU, g});
         EXPECT_NEAR(upper.center().y(), Position(7), 0.05 * kU);
         EXPECT_NEAR(upper.height(), 4 * kU, 0.05 * kU);
@@ -160,6 +162,26 @@ TEST(GlyphPlacement, ClefKeyAndTimeSignaturesStandOnTheirLines)
     for (const char16_t symbol : {46, 47})
         EXPECT_NEAR(InkBox(symbol, {kLeft, kTop + 7.5f * kU + g / 2.5f, 4 * kU, g * 1.2f}).center().y(),
                     Position(9), 0.05 * kU);
+}
+
+TEST(GlyphPlacement, TwoDigitsStandApartWithTheOtherLineCentredUnderThem)
+{
+    std::int32_t twelveEight = 0;
+    while (CTimeSig::TypeName(twelveEight) != "Twelve Eight")
+        ++twelveEight;
+    CTimeSig sig(twelveEight);
+    sig.SetBounds(kLeft, kTop, 0.3f, 0.6f);
+    testing::RecordingPainter painter;
+    sig.Draw(painter, OutputMode::Screen);
+    const auto glyphs = painter.Of(testing::PaintCall::Kind::FillPath);
+    ASSERT_EQ(glyphs.size(), 3u); // the 8, then the 1 and the 2
+    const QRectF eight = glyphs[0].Path.boundingRect();
+    const QRectF one = glyphs[1].Path.boundingRect();
+    const QRectF two = glyphs[2].Path.boundingRect();
+    EXPECT_LT(one.right(), two.left());
+    EXPECT_NEAR(eight.center().x(), one.united(two).center().x(), 0.1 * eight.width());
+    // The pair starts no further left than a single digit would.
+    EXPECT_GE(one.left(), kLeft + 0.15 - eight.width() / 2);
 }
 
 } // namespace
