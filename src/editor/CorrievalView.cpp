@@ -4,6 +4,7 @@
 
 #include "editor/CommandIds.h"
 #include "editor/EditCommands.h"
+#include "editor/PaletteCommands.h"
 #include "editor/PrintLayout.h"
 #include "editor/ViewHost.h"
 #include "editor/ViewMouse.h"
@@ -112,14 +113,14 @@ bool CCorrievalView::RunCommand(int id)
         PrintPreview();
         return true;
     default:
-        return m_commands->RunCommand(id);
+        return PaletteCommands(*this).RunCommand(id) || m_commands->RunCommand(id);
     }
 }
 
 bool CCorrievalView::UpdateCommand(int id, CommandState& state)
 {
     if (id != command::Print && id != command::QuickPrint && id != command::PrintPreview)
-        return m_commands->UpdateCommand(id, state);
+        return PaletteCommands(*this).UpdateCommand(id, state) || m_commands->UpdateCommand(id, state);
     state.enabled = !m_doc.Pages.empty() && m_printIdle;
     state.checked = id == command::PrintPreview && m_preview != nullptr;
     return true;
