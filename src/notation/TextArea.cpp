@@ -70,6 +70,8 @@ std::uint32_t CTextArea::TextArgb() const
 void CTextArea::Draw(Painter& painter, OutputMode mode)
 {
     CPageArea::Draw(painter, mode);
+    if (EditorShown && mode == OutputMode::Screen)
+        return;
     // Scores written on Windows end their lines with a carriage return and a line feed; the line
     // feed alone breaks the line here.
     const QString lines = QString(Text).remove(QLatin1Char('\r'));

@@ -31,6 +31,9 @@ public:
     std::uint32_t Colour = 0; // Windows colour value 0x00BBGGRR
     QString Text;
     std::int32_t Alignment = Centre;
+    // Set while the desktop app's editor shows the text over the area: the screen leaves the
+    // text to the editor rather than show it twice. Never stored or copied.
+    bool EditorShown = false;
 
 protected:
     // Font, colour, alignment, text and rectangle; the margins of a new area.

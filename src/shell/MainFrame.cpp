@@ -474,7 +474,8 @@ void CMainFrame::ToggleLock()
     doc.Locked = doc.Locked != 0 ? 0 : 1;
     Session().Locked = doc.Locked != 0;
     doc.SetModifiedFlag();
-    child->View().viewport()->update();
+    // The view closes a text area's editor on a tune now locked.
+    child->View().OnUpdate();
 }
 
 bool CMainFrame::RunCommand(int id)
