@@ -17,6 +17,9 @@ namespace {
 constexpr int kDrawingSize = 128;
 // Clear pixels around the ink of a picture.
 constexpr qreal kPictureMargin = 1;
+// The least side of the square a picture shows, as a share of the definition's box: a plain note
+// fills the picture's height, but a lone semibreve does not swell to a blot.
+constexpr double kLeastFrame = 0.6;
 
 QRect InkBounds(const QImage& image)
 {
@@ -36,6 +39,19 @@ QRect InkBounds(const QImage& image)
         }
     }
     return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
+// Stems, beams and stave lines come out a pixel wide or less once scaled down, and so pale that
+// they blur into grey pairs; doubling the cover of every pixel keeps them black and sharp.
+QImage Strengthened(const QImage& picture)
+{
+    QImage ink = picture.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < ink.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(ink.scanLine(y));
+        for (int x = 0; x < ink.width(); ++x)
+            line[x] = qRgba(qRed(line[x]), qGreen(line[x]), qBlue(line[x]), std::min(255, 2 * qAlpha(line[x])));
+    }
+    return ink.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 } // namespace
@@ -101,8 +117,8 @@ std::unique_ptr<CNoteBase> MovementGalleries::MakePrototype(const PaletteEntry& 
 QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int size)
 {
     // Drawn large in the middle of a canvas with room all round, since some definitions reach
-    // beyond their box (a single gracenote's flag, the ledger line of a first High A); then the
-    // box, widened to take in all the ink, is scaled into the square.
+    // beyond their box (a single gracenote's flag, the ledger line of a first High A); then a
+    // square around the ink is scaled into the picture.
     QImage canvas(3 * kDrawingSize, 3 * kDrawingSize, QImage::Format_ARGB32_Premultiplied);
     canvas.fill(Qt::transparent);
     {
@@ -113,8 +129,10 @@ QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int 
         else if (auto* note = dynamic_cast<CNoteEx*>(&prototype))
             note->DrawToolbarImage(painter, 0, 0, 1, 1);
     }
-    QRect frame = InkBounds(canvas).united(QRect(kDrawingSize, kDrawingSize, kDrawingSize, kDrawingSize));
-    const int side = std::max(frame.width(), frame.height());
+    QRect frame = InkBounds(canvas);
+    if (frame.isEmpty())
+        frame = QRect(kDrawingSize, kDrawingSize, kDrawingSize, kDrawingSize);
+    const int side = std::max({frame.width(), frame.height(), static_cast<int>(kLeastFrame * kDrawingSize)});
     frame = QRect(frame.center().x() - side / 2, frame.center().y() - side / 2, side, side);
 
     QImage picture(size, size, QImage::Format_ARGB32_Premultiplied);
@@ -123,7 +141,8 @@ QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int 
     qp.setRenderHint(QPainter::SmoothPixmapTransform);
     qp.drawImage(QRectF(kPictureMargin, kPictureMargin, size - 2 * kPictureMargin, size - 2 * kPictureMargin),
                  canvas, frame);
-    return picture;
+    qp.end();
+    return Strengthened(picture);
 }
 
 } // namespace corrieval

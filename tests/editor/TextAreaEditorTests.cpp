@@ -12,6 +12,7 @@
 #include "notation/TextArea.h"
 
 #include <QAction>
+#include <QDir>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTest>
@@ -72,6 +73,7 @@ struct TitleEditing : testing::ShownView {
     }
 };
 
+// Set CORRIEVAL_VIEW_SHOTS to a folder to keep what a piper sees at twice the size.
 TEST(TextAreaEditor, LiesOverTheContentBoxInTheZoomedFontAndFollowsZoomAndScroll)
 {
     TitleEditing shown;
@@ -92,6 +94,8 @@ TEST(TextAreaEditor, LiesOverTheContentBoxInTheZoomedFontAndFollowsZoomAndScroll
     ASSERT_TRUE(box.isVisible());
     EXPECT_EQ(box.geometry(), shown.ContentBoxPixels());
     EXPECT_NEAR(box.font().pixelSize(), 2 * height, 1);
+    if (const QString folder = qEnvironmentVariable("CORRIEVAL_VIEW_SHOTS"); !folder.isEmpty())
+        shown.Grab().save(QDir(folder).filePath(QStringLiteral("text-editor.png")));
 
     const QRect before = box.geometry();
     shown.View->verticalScrollBar()->setValue(shown.View->verticalScrollBar()->value() + 40);
