@@ -49,7 +49,8 @@ QImage Strengthened(const QImage& picture)
     for (int y = 0; y < ink.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(ink.scanLine(y));
         for (int x = 0; x < ink.width(); ++x)
-            line[x] = qRgba(qRed(line[x]), qGreen(line[x]), qBlue(line[x]), std::min(255, 2 * qAlpha(line[x])));
+            line[x] =
+                qRgba(qRed(line[x]), qGreen(line[x]), qBlue(line[x]), std::min(255, 2 * qAlpha(line[x])));
     }
     return ink.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }

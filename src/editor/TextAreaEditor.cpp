@@ -28,18 +28,6 @@ protected:
     }
 };
 
-Qt::Alignment ToQtAlignment(std::int32_t alignment)
-{
-    switch (alignment) {
-    case CTextArea::Left:
-        return Qt::AlignLeft;
-    case CTextArea::Right:
-        return Qt::AlignRight;
-    default:
-        return Qt::AlignHCenter;
-    }
-}
-
 } // namespace
 
 TextAreaEditor::TextAreaEditor(CCorrievalView& view) : m_view(view), m_box(new TextAreaBox(view.viewport()))
@@ -160,9 +148,11 @@ void TextAreaEditor::FollowView()
     QPalette colours = m_box->palette();
     colours.setColor(QPalette::Text, QColor::fromRgba(m_area->TextArgb()));
     m_box->setPalette(colours);
+    const Qt::Alignment alignment =
+        platform::ToAlignment(m_area->HorizontalAlignment(), TextAlign::Near) & Qt::AlignHorizontal_Mask;
     QTextOption option = m_box->document()->defaultTextOption();
-    if (option.alignment() != ToQtAlignment(m_area->Alignment)) {
-        option.setAlignment(ToQtAlignment(m_area->Alignment));
+    if (option.alignment() != alignment) {
+        option.setAlignment(alignment);
         m_box->document()->setDefaultTextOption(option);
     }
 }

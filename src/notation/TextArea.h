@@ -23,6 +23,8 @@ public:
     // The font as drawn: the stored height is the height in document inches at every zoom and on
     // paper, since the painter scales text with everything else.
     TextFont DrawingFont() const;
+    // Alignment as the text is laid out across the content box.
+    TextAlign HorizontalAlignment() const;
     // The text in the file's colour word, fully opaque.
     std::uint32_t TextArgb() const;
     void Draw(Painter& painter, OutputMode mode) override;

@@ -33,22 +33,6 @@ RectF ToRectF(const QRectF& r)
             static_cast<float>(r.height())};
 }
 
-Qt::Alignment ToAlignment(TextAlign horizontal, TextAlign vertical)
-{
-    Qt::Alignment flags;
-    switch (horizontal) {
-    case TextAlign::Near: flags |= Qt::AlignLeft; break;
-    case TextAlign::Centre: flags |= Qt::AlignHCenter; break;
-    case TextAlign::Far: flags |= Qt::AlignRight; break;
-    }
-    switch (vertical) {
-    case TextAlign::Near: flags |= Qt::AlignTop; break;
-    case TextAlign::Centre: flags |= Qt::AlignVCenter; break;
-    case TextAlign::Far: flags |= Qt::AlignBottom; break;
-    }
-    return flags;
-}
-
 // One ink dot in five, spread evenly: the twenty percent hatch that shades the page margins.
 constexpr int kHatchPeriod = 5;
 
@@ -74,6 +58,22 @@ QColor HatchTone(std::uint32_t fore, std::uint32_t back)
 }
 
 } // namespace
+
+Qt::Alignment ToAlignment(TextAlign horizontal, TextAlign vertical)
+{
+    Qt::Alignment flags;
+    switch (horizontal) {
+    case TextAlign::Near: flags |= Qt::AlignLeft; break;
+    case TextAlign::Centre: flags |= Qt::AlignHCenter; break;
+    case TextAlign::Far: flags |= Qt::AlignRight; break;
+    }
+    switch (vertical) {
+    case TextAlign::Near: flags |= Qt::AlignTop; break;
+    case TextAlign::Centre: flags |= Qt::AlignVCenter; break;
+    case TextAlign::Far: flags |= Qt::AlignBottom; break;
+    }
+    return flags;
+}
 
 QFont ToQFont(const TextFont& font, int pixelSize)
 {
