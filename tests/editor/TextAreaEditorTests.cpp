@@ -182,6 +182,7 @@ TEST(TextAreaEditor, ShowsTheAreasAlignmentAndColour)
     shown.Title().Colour = 0x000000FF; // red, as the file stores it
     shown.Title().Text = QStringLiteral("Air");
     shown.SelectTitle();
+    EXPECT_FALSE(shown.Doc->IsModified()) << "showing is no change";
     QPlainTextEdit& box = shown.Box();
     EXPECT_EQ(box.document()->defaultTextOption().alignment(), Qt::AlignRight);
     EXPECT_EQ(box.palette().color(QPalette::Text), QColor(Qt::red));
