@@ -67,6 +67,11 @@ std::uint32_t CTextArea::TextArgb() const
     return 0xFF000000u | (red << 16) | (green << 8) | blue;
 }
 
+void CTextArea::AfterBoundsChange(const RectF&)
+{
+    InvalidateSelf();
+}
+
 void CTextArea::Draw(Painter& painter, OutputMode mode)
 {
     CPageArea::Draw(painter, mode);

@@ -28,6 +28,8 @@ public:
     // The text in the file's colour word, fully opaque.
     std::uint32_t TextArgb() const;
     void Draw(Painter& painter, OutputMode mode) override;
+    // Redraws the area where it now stands, which takes an open editor along with it.
+    void AfterBoundsChange(const RectF& oldBounds) override;
 
     LogFont Font;             // height in hundredths of an inch at 100% zoom, negative
     std::uint32_t Colour = 0; // Windows colour value 0x00BBGGRR

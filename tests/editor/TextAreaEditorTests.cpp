@@ -97,6 +97,11 @@ TEST(TextAreaEditor, LiesOverTheContentBoxInTheZoomedFontAndFollowsZoomAndScroll
     if (const QString folder = qEnvironmentVariable("CORRIEVAL_VIEW_SHOTS"); !folder.isEmpty())
         shown.Grab().save(QDir(folder).filePath(QStringLiteral("text-editor.png")));
 
+    // Moved by the mouse or a command, the area takes the box along.
+    const RectF at = shown.Title().Bounds();
+    shown.Title().SetBounds(at.X + 0.5f, at.Y + 0.25f, at.Width - 1, at.Height);
+    EXPECT_EQ(box.geometry(), shown.ContentBoxPixels());
+
     const QRect before = box.geometry();
     shown.View->verticalScrollBar()->setValue(shown.View->verticalScrollBar()->value() + 40);
     EXPECT_EQ(box.geometry(), before.translated(0, -40));
