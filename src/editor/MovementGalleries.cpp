@@ -5,6 +5,7 @@
 #include "platform/MovementDefinitions.h"
 #include "platform/QtPainter.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
@@ -64,11 +65,7 @@ MovementGalleries::MovementGalleries()
         gallery.Name = QString::fromLatin1(name);
         for (const PaletteEntry& entry : ReadPalette(gallery.Name)) {
             std::unique_ptr<CNoteBase> prototype = MakePrototype(entry);
-            PaletteButton button{entry.Name, {}, EntryCount()};
-            for (int size : IconSizes)
-                button.Icon.addPixmap(
-                    QPixmap::fromImage(DrawPicture(*prototype, entry.DrawStave != 0, size)));
-            gallery.Buttons.push_back(std::move(button));
+            gallery.Buttons.push_back({entry.Name, DrawIcon(*prototype, entry.DrawStave != 0), EntryCount()});
             m_prototypes.push_back(std::move(prototype));
         }
     }
@@ -115,7 +112,7 @@ std::unique_ptr<CNoteBase> MovementGalleries::MakePrototype(const PaletteEntry& 
     return CNoteEx::NoteFromChar(entry.Chars.isEmpty() ? char16_t{0} : entry.Chars.front().unicode());
 }
 
-QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int size)
+QIcon MovementGalleries::DrawIcon(CNoteBase& prototype, bool drawStave)
 {
     // Drawn large in the middle of a canvas with room all round, since some definitions reach
     // beyond their box (a single gracenote's flag, the ledger line of a first High A); then a
@@ -136,14 +133,19 @@ QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int 
     const int side = std::max({frame.width(), frame.height(), static_cast<int>(kLeastFrame * kDrawingSize)});
     frame = QRect(frame.center().x() - side / 2, frame.center().y() - side / 2, side, side);
 
-    QImage picture(size, size, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    QPainter qp(&picture);
-    qp.setRenderHint(QPainter::SmoothPixmapTransform);
-    qp.drawImage(QRectF(kPictureMargin, kPictureMargin, size - 2 * kPictureMargin, size - 2 * kPictureMargin),
-                 canvas, frame);
-    qp.end();
-    return Strengthened(picture);
+    QIcon icon;
+    for (int size : IconSizes) {
+        QImage picture(size, size, QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        QPainter qp(&picture);
+        qp.setRenderHint(QPainter::SmoothPixmapTransform);
+        qp.drawImage(
+            QRectF(kPictureMargin, kPictureMargin, size - 2 * kPictureMargin, size - 2 * kPictureMargin),
+            canvas, frame);
+        qp.end();
+        icon.addPixmap(QPixmap::fromImage(Strengthened(picture)));
+    }
+    return icon;
 }
 
 } // namespace corrieval
