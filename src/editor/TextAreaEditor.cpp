@@ -51,6 +51,8 @@ TextAreaEditor::~TextAreaEditor()
 {
     if (m_area != nullptr)
         m_area->EditorShown = false;
+    // The box reports to this object: it goes first.
+    delete m_box;
 }
 
 bool TextAreaEditor::Edits(const CScoObj& object) const
@@ -143,11 +145,18 @@ void TextAreaEditor::FollowView()
     const QPointF bottomRight = t.DocumentToDevice({box.Right(), box.Bottom()});
     m_box->setGeometry(QRectF(topLeft, bottomRight).toRect());
 
+    // A scroll moves the box and nothing else: the text is laid out again only for a new font.
     const TextFont font = m_area->DrawingFont();
-    m_box->setFont(platform::ToQFont(font, static_cast<int>(std::lround(font.Height * t.DpiX * t.Zoom))));
-    QPalette colours = m_box->palette();
-    colours.setColor(QPalette::Text, QColor::fromRgba(m_area->TextArgb()));
-    m_box->setPalette(colours);
+    const QFont zoomed =
+        platform::ToQFont(font, static_cast<int>(std::lround(font.Height * t.DpiX * t.Zoom)));
+    if (m_box->font() != zoomed)
+        m_box->setFont(zoomed);
+    const QColor ink = QColor::fromRgba(m_area->TextArgb());
+    if (m_box->palette().color(QPalette::Text) != ink) {
+        QPalette colours = m_box->palette();
+        colours.setColor(QPalette::Text, ink);
+        m_box->setPalette(colours);
+    }
     const Qt::Alignment alignment =
         platform::ToAlignment(m_area->HorizontalAlignment(), TextAlign::Near) & Qt::AlignHorizontal_Mask;
     QTextOption option = m_box->document()->defaultTextOption();

@@ -48,7 +48,7 @@ private:
     bool Editable() const;
 
     CCorrievalView& m_view;
-    QPlainTextEdit* m_box; // a child of the view's viewport
+    QPlainTextEdit* m_box; // owned; a child of the view's viewport
     CTextArea* m_area = nullptr;
     QString m_committed; // the area's text as the last undo step left it
 };
