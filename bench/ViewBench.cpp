@@ -22,6 +22,7 @@ public:
     void ZoomChanged(const CCorrievalView&, float) override {}
     void TuneImported(CCorrievalView&, int) override {}
     CNoteBase* PalettePrototype(int) const override { return nullptr; }
+    PaletteRange PaletteEntries(int) const override { return {}; }
 };
 
 // A view of the large tune at `percent`, active as in the program, its window as large as a page.

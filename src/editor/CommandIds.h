@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 // The command ids of the desktop program. They are the program's vocabulary: the ribbon, the
 // menus, the shortcuts and the routing all name commands by these numbers.
 namespace corrieval::command {
@@ -30,6 +32,9 @@ inline constexpr int NotesGallery = 32804;
 inline constexpr int DoublingsGallery = 32811;
 inline constexpr int EmbellishmentsGallery = 32812;
 inline constexpr int PiobaireachdGallery = 32813;
+// The movement galleries in the ribbon's order, which is also the order of their entries.
+inline constexpr std::array<int, 4> PaletteGalleries = {NotesGallery, DoublingsGallery, EmbellishmentsGallery,
+                                                        PiobaireachdGallery};
 
 // Edit category.
 inline constexpr int Copy = 57634;

@@ -4,14 +4,15 @@
 
 #include "editor/CommandIds.h"
 #include "editor/EditCommands.h"
+#include "editor/PaletteCommands.h"
 #include "editor/PrintLayout.h"
+#include "editor/TextAreaEditor.h"
 #include "editor/ViewHost.h"
 #include "editor/ViewMouse.h"
 #include "formats/bww/BwwFile.h"
 #include "formats/glenmarch/GlenmarchFile.h"
 #include "model/CorrievalDoc.h"
 #include "model/TunePage.h"
-#include "notation/TextArea.h"
 #include "platform/QtPainter.h"
 
 #include <QDir>
@@ -50,10 +51,12 @@ CCorrievalView::CCorrievalView(CCorrievalDoc& doc, ViewHost& host, QWidget* pare
       m_host(host),
       m_history(doc),
       m_commands(std::make_unique<EditCommands>(*this)),
-      m_mouse(std::make_unique<ViewMouse>(*this))
+      m_mouse(std::make_unique<ViewMouse>(*this)),
+      m_textEditor(std::make_unique<TextAreaEditor>(*this))
 {
     // Undo and redo replace the score's objects: nothing may point into the old ones.
     connect(&m_history, &UndoHistory::aboutToRestore, this, [this] {
+        m_textEditor->Forget();
         m_selection.Forget();
         m_edit.ForgetScore();
     });
@@ -72,21 +75,25 @@ CCorrievalView::~CCorrievalView() = default;
 void CCorrievalView::AddToSelection(CScoObj& object)
 {
     m_selection.Add(&object);
+    m_textEditor->FollowSelection();
 }
 
 void CCorrievalView::RemoveFromSelection(CScoObj& object)
 {
     m_selection.Remove(&object);
+    m_textEditor->FollowSelection();
 }
 
 void CCorrievalView::InvalidateObject(const CScoObj& object)
 {
     viewport()->update(Transform().DocumentRectToDevice(InvalidationBounds(object.GetBounds())));
+    // A text area being edited may have moved or changed size: its editor goes with it.
+    if (m_textEditor->Edits(object))
+        m_textEditor->FollowView();
 }
 
 void CCorrievalView::PagesLaidOut()
 {
-    DropTextAreaSelection();
     OnUpdate();
     ZoomChanged();
 }
@@ -101,6 +108,15 @@ bool CCorrievalView::EditPageSetup(PageSetup& setup) { return CPageSetup::Edit(s
 
 bool CCorrievalView::RunCommand(int id)
 {
+    // Every command, Undo first of all, sees the typing so far as a step of its own.
+    m_textEditor->Commit();
+    const bool ran = RunOwnCommand(id);
+    m_textEditor->FollowView();
+    return ran;
+}
+
+bool CCorrievalView::RunOwnCommand(int id)
+{
     switch (id) {
     case command::Print:
         Print();
@@ -112,14 +128,14 @@ bool CCorrievalView::RunCommand(int id)
         PrintPreview();
         return true;
     default:
-        return m_commands->RunCommand(id);
+        return PaletteCommands(*this).RunCommand(id) || m_commands->RunCommand(id);
     }
 }
 
 bool CCorrievalView::UpdateCommand(int id, CommandState& state)
 {
     if (id != command::Print && id != command::QuickPrint && id != command::PrintPreview)
-        return m_commands->UpdateCommand(id, state);
+        return PaletteCommands(*this).UpdateCommand(id, state) || m_commands->UpdateCommand(id, state);
     state.enabled = !m_doc.Pages.empty() && m_printIdle;
     state.checked = id == command::PrintPreview && m_preview != nullptr;
     return true;
@@ -147,7 +163,6 @@ void CCorrievalView::ApplyStoredZoom()
     m_zoomToWidth = m_doc.LoadedZoom < 0;
     if (!m_zoomToWidth)
         m_zoom = SavedZoom(m_doc.LoadedZoom);
-    DropTextAreaSelection();
 }
 
 void CCorrievalView::SetZoom(int percent)
@@ -155,7 +170,6 @@ void CCorrievalView::SetZoom(int percent)
     m_zoomToWidth = percent < 0;
     if (!m_zoomToWidth)
         m_zoom = SavedZoom(percent / 100.0f);
-    DropTextAreaSelection();
     OnUpdate();
     ZoomChanged();
 }
@@ -175,13 +189,6 @@ void CCorrievalView::ZoomChanged()
     m_host.ZoomChanged(*this, m_zoom);
 }
 
-void CCorrievalView::DropTextAreaSelection()
-{
-    const auto& items = m_selection.Items();
-    if (!items.empty() && dynamic_cast<const CTextArea*>(items.front()) != nullptr)
-        DropSelection();
-}
-
 void CCorrievalView::DropSelection()
 {
     m_selection.Clear();
@@ -199,6 +206,7 @@ void CCorrievalView::OnUpdate(const CScoObj* changed)
         m_zoom = ViewTransform::FitToWidth(viewport()->width(), static_cast<float>(logicalDpiX()),
                                            m_documentWidth);
     UpdateScrollRanges();
+    m_textEditor->FollowView();
     if (changed != nullptr)
         InvalidateObject(*changed);
     else
@@ -315,6 +323,7 @@ void CCorrievalView::scrollContentsBy(int dx, int dy)
     // The centring does not depend on the scroll position: the pixels already drawn move along
     // and only the uncovered strip is painted.
     viewport()->scroll(dx, dy);
+    m_textEditor->FollowView();
 }
 
 void CCorrievalView::mousePressEvent(QMouseEvent* event)

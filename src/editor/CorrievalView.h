@@ -21,6 +21,7 @@ namespace corrieval {
 
 class CCorrievalDoc;
 class EditCommands;
+class TextAreaEditor;
 class ViewMouse;
 class CTunePage;
 class ViewHost;
@@ -82,6 +83,7 @@ public:
     CScoSelection& Selection() { return m_selection; }
     ViewEditState& EditState() { return m_edit; }
     UndoHistory& History() { return m_history; }
+    TextAreaEditor& TextEditor() { return *m_textEditor; }
     ViewHost& Host() const { return m_host; }
     // What the player plays from when a selection is made.
     const std::vector<CScoObj*>& SelectedItems() const { return m_selection.Items(); }
@@ -106,11 +108,10 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    bool RunOwnCommand(int id);
     void UpdateScrollRanges();
     void ApplyStoredZoom();
     void ZoomChanged();
-    // A text area's editor does not follow the zoom or the layout: its selection is dropped.
-    void DropTextAreaSelection();
     void DropSelection();
     void RunImport(const QString& path);
     void PrintTo(QPrinter& printer, OutputMode mode);
@@ -127,6 +128,7 @@ private:
     UndoHistory m_history;
     std::unique_ptr<EditCommands> m_commands;
     std::unique_ptr<ViewMouse> m_mouse;
+    std::unique_ptr<TextAreaEditor> m_textEditor;
     float m_zoom = 1.0f;
     bool m_zoomToWidth = false;
     float m_documentWidth = 0;  // inches: the widest page

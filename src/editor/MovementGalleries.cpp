@@ -5,6 +5,7 @@
 #include "platform/MovementDefinitions.h"
 #include "platform/QtPainter.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
@@ -17,6 +18,9 @@ namespace {
 constexpr int kDrawingSize = 128;
 // Clear pixels around the ink of a picture.
 constexpr qreal kPictureMargin = 1;
+// The least side of the square a picture shows, as a share of the definition's box: a plain note
+// fills the picture's height, but a lone semibreve does not swell to a blot.
+constexpr double kLeastFrame = 0.6;
 
 QRect InkBounds(const QImage& image)
 {
@@ -38,6 +42,20 @@ QRect InkBounds(const QImage& image)
     return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
+// Stems, beams and stave lines come out a pixel wide or less once scaled down, and so pale that
+// they blur into grey pairs; doubling the cover of every pixel keeps them black and sharp.
+QImage Strengthened(const QImage& picture)
+{
+    QImage ink = picture.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < ink.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(ink.scanLine(y));
+        for (int x = 0; x < ink.width(); ++x)
+            line[x] =
+                qRgba(qRed(line[x]), qGreen(line[x]), qBlue(line[x]), std::min(255, 2 * qAlpha(line[x])));
+    }
+    return ink.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
 } // namespace
 
 MovementGalleries::MovementGalleries()
@@ -47,11 +65,7 @@ MovementGalleries::MovementGalleries()
         gallery.Name = QString::fromLatin1(name);
         for (const PaletteEntry& entry : ReadPalette(gallery.Name)) {
             std::unique_ptr<CNoteBase> prototype = MakePrototype(entry);
-            PaletteButton button{entry.Name, {}, EntryCount()};
-            for (int size : IconSizes)
-                button.Icon.addPixmap(
-                    QPixmap::fromImage(DrawPicture(*prototype, entry.DrawStave != 0, size)));
-            gallery.Buttons.push_back(std::move(button));
+            gallery.Buttons.push_back({entry.Name, DrawIcon(*prototype, entry.DrawStave != 0), EntryCount()});
             m_prototypes.push_back(std::move(prototype));
         }
     }
@@ -98,11 +112,11 @@ std::unique_ptr<CNoteBase> MovementGalleries::MakePrototype(const PaletteEntry& 
     return CNoteEx::NoteFromChar(entry.Chars.isEmpty() ? char16_t{0} : entry.Chars.front().unicode());
 }
 
-QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int size)
+QIcon MovementGalleries::DrawIcon(CNoteBase& prototype, bool drawStave)
 {
     // Drawn large in the middle of a canvas with room all round, since some definitions reach
-    // beyond their box (a single gracenote's flag, the ledger line of a first High A); then the
-    // box, widened to take in all the ink, is scaled into the square.
+    // beyond their box (a single gracenote's flag, the ledger line of a first High A); then a
+    // square around the ink is scaled into the picture.
     QImage canvas(3 * kDrawingSize, 3 * kDrawingSize, QImage::Format_ARGB32_Premultiplied);
     canvas.fill(Qt::transparent);
     {
@@ -113,17 +127,25 @@ QImage MovementGalleries::DrawPicture(CNoteBase& prototype, bool drawStave, int 
         else if (auto* note = dynamic_cast<CNoteEx*>(&prototype))
             note->DrawToolbarImage(painter, 0, 0, 1, 1);
     }
-    QRect frame = InkBounds(canvas).united(QRect(kDrawingSize, kDrawingSize, kDrawingSize, kDrawingSize));
-    const int side = std::max(frame.width(), frame.height());
+    QRect frame = InkBounds(canvas);
+    if (frame.isEmpty())
+        frame = QRect(kDrawingSize, kDrawingSize, kDrawingSize, kDrawingSize);
+    const int side = std::max({frame.width(), frame.height(), static_cast<int>(kLeastFrame * kDrawingSize)});
     frame = QRect(frame.center().x() - side / 2, frame.center().y() - side / 2, side, side);
 
-    QImage picture(size, size, QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    QPainter qp(&picture);
-    qp.setRenderHint(QPainter::SmoothPixmapTransform);
-    qp.drawImage(QRectF(kPictureMargin, kPictureMargin, size - 2 * kPictureMargin, size - 2 * kPictureMargin),
-                 canvas, frame);
-    return picture;
+    QIcon icon;
+    for (int size : IconSizes) {
+        QImage picture(size, size, QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        QPainter qp(&picture);
+        qp.setRenderHint(QPainter::SmoothPixmapTransform);
+        qp.drawImage(
+            QRectF(kPictureMargin, kPictureMargin, size - 2 * kPictureMargin, size - 2 * kPictureMargin),
+            canvas, frame);
+        qp.end();
+        icon.addPixmap(QPixmap::fromImage(Strengthened(picture)));
+    }
+    return icon;
 }
 
 } // namespace corrieval

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QIcon>
-#include <QImage>
 #include <QString>
 #include <memory>
 #include <vector>
@@ -53,8 +52,8 @@ public:
     // The prototype an entry defines: a movement when it has note positions, else the plain note
     // of its first character (character 0 when it has none).
     static std::unique_ptr<CNoteBase> MakePrototype(const PaletteEntry& entry);
-    // The prototype drawn on a transparent square of `size` pixels, as a gallery shows it.
-    static QImage DrawPicture(CNoteBase& prototype, bool drawStave, int size);
+    // The prototype drawn on transparent squares of each of IconSizes, as a gallery shows it.
+    static QIcon DrawIcon(CNoteBase& prototype, bool drawStave);
 
 private:
     std::vector<PaletteGallery> m_galleries;

@@ -7,6 +7,16 @@ namespace corrieval {
 class CCorrievalView;
 class CNoteBase;
 
+// The entries one movement gallery offers, as indexes over all four galleries, and the one it
+// shows on its face: the entry chosen there last, or the one it starts with.
+struct PaletteRange {
+    int First = 0;
+    int Count = 0;
+    int Chosen = -1;
+
+    bool Holds(int entry) const { return entry >= First && entry < First + Count; }
+};
+
 // What a score view needs of the window that holds it: the main frame in the program, a small
 // stand-in in tests. The view never reaches for the frame in any other way.
 class ViewHost {
@@ -25,6 +35,8 @@ public:
     // The prototype of a palette entry (an index over the four galleries), or null: the ghost
     // that follows the mouse while placing, of which a clone enters the score.
     virtual CNoteBase* PalettePrototype(int entry) const = 0;
+    // The entries of the gallery of command `galleryId` (one of command::PaletteGalleries).
+    virtual PaletteRange PaletteEntries(int galleryId) const = 0;
 };
 
 } // namespace corrieval

@@ -10,18 +10,6 @@ namespace {
 constexpr std::int32_t kBoldWeight = 700;
 constexpr std::int32_t kNormalWeight = 400;
 constexpr float kInchesPerHeightUnit = 0.01f;
-
-TextAlign HorizontalAlign(std::int32_t alignment)
-{
-    switch (alignment) {
-    case CTextArea::Centre:
-        return TextAlign::Centre;
-    case CTextArea::Right:
-        return TextAlign::Far;
-    default:
-        return TextAlign::Near;
-    }
-}
 } // namespace
 
 CTextArea::CTextArea()
@@ -59,6 +47,18 @@ TextFont CTextArea::DrawingFont() const
     return font;
 }
 
+TextAlign CTextArea::HorizontalAlignment() const
+{
+    switch (Alignment) {
+    case Centre:
+        return TextAlign::Centre;
+    case Right:
+        return TextAlign::Far;
+    default:
+        return TextAlign::Near;
+    }
+}
+
 std::uint32_t CTextArea::TextArgb() const
 {
     const std::uint32_t red = Colour & 0xFF;
@@ -67,14 +67,20 @@ std::uint32_t CTextArea::TextArgb() const
     return 0xFF000000u | (red << 16) | (green << 8) | blue;
 }
 
+void CTextArea::AfterBoundsChange(const RectF&)
+{
+    InvalidateSelf();
+}
+
 void CTextArea::Draw(Painter& painter, OutputMode mode)
 {
     CPageArea::Draw(painter, mode);
+    if (EditorShown && mode == OutputMode::Screen)
+        return;
     // Scores written on Windows end their lines with a carriage return and a line feed; the line
     // feed alone breaks the line here.
     const QString lines = QString(Text).remove(QLatin1Char('\r'));
-    painter.DrawText(lines, DrawingFont(), ContentBox(), HorizontalAlign(Alignment), TextAlign::Near,
-                     TextArgb());
+    painter.DrawText(lines, DrawingFont(), ContentBox(), HorizontalAlignment(), TextAlign::Near, TextArgb());
 }
 
 } // namespace corrieval

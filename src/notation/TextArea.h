@@ -23,14 +23,21 @@ public:
     // The font as drawn: the stored height is the height in document inches at every zoom and on
     // paper, since the painter scales text with everything else.
     TextFont DrawingFont() const;
+    // Alignment as the text is laid out across the content box.
+    TextAlign HorizontalAlignment() const;
     // The text in the file's colour word, fully opaque.
     std::uint32_t TextArgb() const;
     void Draw(Painter& painter, OutputMode mode) override;
+    // Redraws the area where it now stands, which takes an open editor along with it.
+    void AfterBoundsChange(const RectF& oldBounds) override;
 
     LogFont Font;             // height in hundredths of an inch at 100% zoom, negative
     std::uint32_t Colour = 0; // Windows colour value 0x00BBGGRR
     QString Text;
     std::int32_t Alignment = Centre;
+    // Set while the desktop app's editor shows the text over the area: the screen leaves the
+    // text to the editor rather than show it twice. Never stored or copied.
+    bool EditorShown = false;
 
 protected:
     // Font, colour, alignment, text and rectangle; the margins of a new area.

@@ -33,22 +33,6 @@ RectF ToRectF(const QRectF& r)
             static_cast<float>(r.height())};
 }
 
-Qt::Alignment ToAlignment(TextAlign horizontal, TextAlign vertical)
-{
-    Qt::Alignment flags;
-    switch (horizontal) {
-    case TextAlign::Near: flags |= Qt::AlignLeft; break;
-    case TextAlign::Centre: flags |= Qt::AlignHCenter; break;
-    case TextAlign::Far: flags |= Qt::AlignRight; break;
-    }
-    switch (vertical) {
-    case TextAlign::Near: flags |= Qt::AlignTop; break;
-    case TextAlign::Centre: flags |= Qt::AlignVCenter; break;
-    case TextAlign::Far: flags |= Qt::AlignBottom; break;
-    }
-    return flags;
-}
-
 // One ink dot in five, spread evenly: the twenty percent hatch that shades the page margins.
 constexpr int kHatchPeriod = 5;
 
@@ -74,6 +58,34 @@ QColor HatchTone(std::uint32_t fore, std::uint32_t back)
 }
 
 } // namespace
+
+Qt::Alignment ToAlignment(TextAlign horizontal, TextAlign vertical)
+{
+    Qt::Alignment flags;
+    switch (horizontal) {
+    case TextAlign::Near: flags |= Qt::AlignLeft; break;
+    case TextAlign::Centre: flags |= Qt::AlignHCenter; break;
+    case TextAlign::Far: flags |= Qt::AlignRight; break;
+    }
+    switch (vertical) {
+    case TextAlign::Near: flags |= Qt::AlignTop; break;
+    case TextAlign::Centre: flags |= Qt::AlignVCenter; break;
+    case TextAlign::Far: flags |= Qt::AlignBottom; break;
+    }
+    return flags;
+}
+
+QFont ToQFont(const TextFont& font, int pixelSize)
+{
+    QFont qfont(font.Family);
+    qfont.setStyleHint(QFont::SansSerif);
+    qfont.setPixelSize(std::max(1, pixelSize));
+    qfont.setWeight(static_cast<QFont::Weight>(std::clamp(font.Weight, 1, 1000)));
+    qfont.setItalic(font.Italic);
+    qfont.setUnderline(font.Underline);
+    qfont.setStrikeOut(font.StrikeOut);
+    return qfont;
+}
 
 QtPainter::QtPainter(QPainter& painter, float dpi, float zoom, PointF origin)
     : m_painter(painter), m_zoom(zoom), m_scale(dpi * zoom), m_pixels(painter.worldTransform())
@@ -193,14 +205,7 @@ void QtPainter::DrawText(const QString& text, const TextFont& font, const RectF&
     const float pixels = std::min(font.Height * m_scale, kLargestTextPixels);
     if (text.isEmpty() || !(pixels >= 0.5f))
         return;
-    QFont qfont(font.Family);
-    // A face that this machine lacks falls to the generic sans-serif family.
-    qfont.setStyleHint(QFont::SansSerif);
-    qfont.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
-    qfont.setWeight(static_cast<QFont::Weight>(std::clamp(font.Weight, 1, 1000)));
-    qfont.setItalic(font.Italic);
-    qfont.setUnderline(font.Underline);
-    qfont.setStrikeOut(font.StrikeOut);
+    const QFont qfont = ToQFont(font, static_cast<int>(std::lround(pixels)));
 
     int flags = ToAlignment(horizontal, vertical);
     // A box without width or height only anchors the text: no wrapping, no clipping.

@@ -3,12 +3,19 @@
 #include "model/Painter.h"
 
 #include <QBrush>
+#include <QFont>
 #include <QPen>
 #include <QTransform>
 
 class QPainter;
 
 namespace corrieval::platform {
+
+// The Qt font of a score's text font at `pixelSize` pixels high; a face that this machine lacks
+// falls to the generic sans-serif family.
+QFont ToQFont(const TextFont& font, int pixelSize);
+// Qt's alignment flags for a box's horizontal and vertical alignment.
+Qt::Alignment ToAlignment(TextAlign horizontal, TextAlign vertical);
 
 // The score's painter over a QPainter: inches in document space become device pixels through the
 // QPainter's transform, scaled by the device's resolution times the zoom and shifted so that

@@ -2,6 +2,7 @@
 
 #include "editor/CommandIds.h"
 #include "editor/CorrievalView.h"
+#include "editor/MovementGalleries.h"
 #include "formats/archive/ArchiveError.h"
 #include "formats/score/ScoreFile.h"
 #include "model/ActiveView.h"
@@ -17,6 +18,7 @@
 #include "shell/FileDialogs.h"
 #include "shell/FrameStatusBar.h"
 #include "shell/HeldMessages.h"
+#include "shell/PaletteRibbon.h"
 #include "shell/QuickStartChooser.h"
 #include "shell/Transport.h"
 #include "shell/WaitCursor.h"
@@ -53,6 +55,7 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
                        QWidget* parent)
     : QMainWindow(parent),
       m_transport(std::make_unique<CTransport>(std::move(devices), samplesFolder, m_highlights)),
+      m_palettes(std::make_unique<const MovementGalleries>()),
       m_commands(new CommandTable(this)),
       m_mdiArea(new QMdiArea(this)),
       m_statusBar(new CFrameStatusBar(this)),
@@ -299,6 +302,11 @@ void CMainFrame::BuildRibbon()
     m_controls.TempoEdit->setText(QStringLiteral("74 bpm"));
     m_controls.TempoEdit->setToolTip(QStringLiteral("Tempo in beats per minute, 20 to 200"));
     connect(m_controls.RecentDocuments, &QMenu::aboutToShow, this, &CMainFrame::FillRecentMenu);
+    FillPaletteGalleries(*m_palettes, m_controls.PaletteGalleries);
+    for (std::size_t g = 0; g < command::PaletteGalleries.size(); ++g) {
+        connect(m_controls.PaletteGalleries[g], &ribbon::RibbonGallery::ItemChosen, this,
+                [this, id = command::PaletteGalleries[g]] { m_commands->Run(id); });
+    }
 }
 
 void CMainFrame::FillRecentMenu()
@@ -351,9 +359,14 @@ void CMainFrame::TuneImported(CCorrievalView& view, int tempo)
         emit m_transport->TempoShown(tempo);
 }
 
-CNoteBase* CMainFrame::PalettePrototype(int) const
+CNoteBase* CMainFrame::PalettePrototype(int entry) const
 {
-    return nullptr;
+    return m_palettes->Prototype(entry);
+}
+
+PaletteRange CMainFrame::PaletteEntries(int galleryId) const
+{
+    return PaletteEntriesOf(*m_palettes, m_controls.PaletteGalleries, galleryId);
 }
 
 QString CMainFrame::Folder(const QString& name) const
@@ -461,7 +474,8 @@ void CMainFrame::ToggleLock()
     doc.Locked = doc.Locked != 0 ? 0 : 1;
     Session().Locked = doc.Locked != 0;
     doc.SetModifiedFlag();
-    child->View().viewport()->update();
+    // The view closes a text area's editor on a tune now locked.
+    child->View().OnUpdate();
 }
 
 bool CMainFrame::RunCommand(int id)
@@ -536,10 +550,6 @@ bool CMainFrame::UpdateCommand(int id, CommandState& state)
     case command::InsertMusic:
     case command::InsertImage:
     case command::InsertAbbreviation:
-    case command::NotesGallery:
-    case command::DoublingsGallery:
-    case command::EmbellishmentsGallery:
-    case command::PiobaireachdGallery:
         state.enabled = false;
         return true;
     default: return false;

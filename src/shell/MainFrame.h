@@ -26,6 +26,7 @@ class CCorrievalView;
 class CFrameStatusBar;
 class CommandTable;
 class CTransport;
+class MovementGalleries;
 
 // The one top-level window: tabbed tunes under the ribbon, the status bar, and what outlives any
 // one tune (the mixer and the sound stream, in the transport).
@@ -91,6 +92,7 @@ private:
     void ZoomChanged(const CCorrievalView& view, float zoom) override;
     void TuneImported(CCorrievalView& view, int tempo) override;
     CNoteBase* PalettePrototype(int entry) const override;
+    PaletteRange PaletteEntries(int galleryId) const override;
     // FolderMemory
     QString Folder(const QString& name) const override;
     void Remember(const QString& name, const QString& path) override;
@@ -112,6 +114,8 @@ private:
 
     PostingHighlightListener m_highlights{*this};
     std::unique_ptr<CTransport> m_transport;
+    // The note and movement palettes, read once at start; the views place their prototypes.
+    std::unique_ptr<const MovementGalleries> m_palettes;
     CommandTable* m_commands;
     QMdiArea* m_mdiArea;
     CFrameStatusBar* m_statusBar;

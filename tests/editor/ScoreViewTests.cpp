@@ -5,7 +5,6 @@
 #include "model/CorrievalDoc.h"
 #include "model/SessionState.h"
 #include "model/TunePage.h"
-#include "notation/TextArea.h"
 #include "platform/MovementDefinitions.h"
 #include "support/RecordingMessages.h"
 #include "support/TempConfigDir.h"
@@ -219,29 +218,6 @@ TEST(ScoreView, FirstActivationAppliesTheSavedZoomOnce)
         EXPECT_GE(shown.View->Zoom(), 0.5f);
         EXPECT_LE(shown.View->Zoom(), 3.0f);
     }
-}
-
-TEST(ScoreView, ZoomingDropsASelectionHeadedByATextArea)
-{
-    ShownView shown(A4Tune(1));
-    CCorrievalView& view = *shown.View;
-    auto& title = dynamic_cast<CTextArea&>(*shown.Doc->Pages[0]->ChildAt(0));
-    CScoObj& music = *shown.Doc->Pages[0]->ChildAt(1);
-
-    music.SetSelected(true);
-    title.SetSelected(true);
-    view.SetZoom(150);
-    EXPECT_EQ(view.Selection().Items().size(), 2u); // headed by the music area: kept
-
-    view.Selection().Clear();
-    music.SetSelected(false);
-    title.SetSelected(false);
-    title.SetSelected(true);
-    music.SetSelected(true);
-    view.SetZoom(200);
-    EXPECT_TRUE(view.Selection().Empty());
-    EXPECT_FALSE(title.Selected());
-    EXPECT_FALSE(music.Selected());
 }
 
 TEST(ScoreView, LeavesSpaceToTheFrame)

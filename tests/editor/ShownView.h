@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QTest>
 #include <gtest/gtest.h>
+#include <map>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -30,6 +31,11 @@ public:
     {
         return entry >= 0 && entry < static_cast<int>(Prototypes.size()) ? Prototypes[entry].get() : nullptr;
     }
+    PaletteRange PaletteEntries(int galleryId) const override
+    {
+        const auto found = Palettes.find(galleryId);
+        return found != Palettes.end() ? found->second : PaletteRange{};
+    }
 
     QString Pending;
     int Takes = 0;
@@ -37,6 +43,7 @@ public:
     std::vector<float> Zooms;
     std::vector<int> Tempos;
     std::vector<std::unique_ptr<CNoteBase>> Prototypes; // the palette entries, by index
+    std::map<int, PaletteRange> Palettes;               // by gallery command
 };
 
 // A view of a tune in a window of its own, the active view while it lives, as the frame makes it.

@@ -70,13 +70,19 @@ void RibbonGallery::AddItem(const QIcon& icon, const QString& name)
         m_nextColumn = 0;
         ++m_nextRow;
     }
-    m_items.append({icon, {}, button});
+    m_items.append({icon, {}, {}, button});
 }
 
 void RibbonGallery::AddRibbonItem(const QString& iconName, const QString& name)
 {
     AddItem(RibbonIcon(iconName, palette()), name);
     m_items.last().IconName = iconName;
+}
+
+void RibbonGallery::AddInkItem(const QIcon& picture, const QString& name)
+{
+    AddItem(InkIcon(picture, palette()), name);
+    m_items.last().Picture = picture;
 }
 
 void RibbonGallery::SetFace(int index)
@@ -105,16 +111,20 @@ void RibbonGallery::FollowPalette(const QPalette& palette)
 {
     m_popup->setPalette(palette);
     for (Item& item : m_items) {
-        if (!item.IconName.isEmpty()) {
+        if (!item.IconName.isEmpty())
             item.Icon = RibbonIcon(item.IconName, palette);
-            item.Button->setIcon(item.Icon);
-        }
+        else if (!item.Picture.isNull())
+            item.Icon = InkIcon(item.Picture, palette);
+        else
+            continue;
+        item.Button->setIcon(item.Icon);
     }
     ShowFace();
 }
 
 void RibbonGallery::ActionChanged()
 {
+    SetLit(defaultAction()->isChecked());
     ShowFace();
 }
 

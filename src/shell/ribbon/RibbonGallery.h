@@ -25,12 +25,15 @@ public:
     void AddItem(const QIcon& icon, const QString& name);
     // Adds an item showing ribbon icon `iconName`, redrawn when the palette changes.
     void AddRibbonItem(const QString& iconName, const QString& name);
+    // Adds an item showing `picture` inked in the palette's text colour, again when it changes.
+    void AddInkItem(const QIcon& picture, const QString& name);
     int Count() const { return static_cast<int>(m_items.size()); }
 
     // Shows item `index` on the face; an index out of range leaves the face as it is.
     void SetFace(int index);
     int Face() const { return m_face; }
-    // Lit with the checked look while the view is placing this gallery's item.
+    // Lit with the checked look while the view is placing this gallery's item; a checkable
+    // action lights it while checked.
     void SetLit(bool on);
     bool IsLit() const { return m_lit; }
 
@@ -46,7 +49,8 @@ protected:
 private:
     struct Item {
         QIcon Icon;
-        QString IconName;
+        QString IconName; // a ribbon icon, redrawn in each palette
+        QIcon Picture;    // or a picture, inked in each palette
         QToolButton* Button;
     };
 

@@ -38,6 +38,19 @@ QPixmap Render(const QByteArray& drawing, int size, int scale, const QColor& lin
     return pixmap;
 }
 
+QPixmap Inked(QPixmap pixmap, const QColor& ink)
+{
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), ink);
+    return pixmap;
+}
+
+QColor GreyOf(const QPalette& palette)
+{
+    return palette.color(QPalette::Disabled, QPalette::ButtonText);
+}
+
 } // namespace
 
 QIcon RibbonIcon(const QString& name, const QPalette& palette)
@@ -49,7 +62,7 @@ QIcon RibbonIcon(const QString& name, const QPalette& palette)
             return {};
         const QByteArray drawing = file.readAll();
         const QColor fill = palette.color(QPalette::Base);
-        const QColor grey = palette.color(QPalette::Disabled, QPalette::ButtonText);
+        const QColor grey = GreyOf(palette);
         // Drawn for ordinary screens and at twice the size for high-density ones, each sharp.
         for (int scale : {1, 2}) {
             icon.addPixmap(Render(drawing, size, scale, palette.color(QPalette::ButtonText),
@@ -57,6 +70,17 @@ QIcon RibbonIcon(const QString& name, const QPalette& palette)
                            QIcon::Normal);
             icon.addPixmap(Render(drawing, size, scale, grey, grey, fill), QIcon::Disabled);
         }
+    }
+    return icon;
+}
+
+QIcon InkIcon(const QIcon& picture, const QPalette& palette)
+{
+    QIcon icon;
+    for (const QSize& size : picture.availableSizes()) {
+        const QPixmap source = picture.pixmap(size, 1.0);
+        icon.addPixmap(Inked(source, palette.color(QPalette::ButtonText)), QIcon::Normal);
+        icon.addPixmap(Inked(source, GreyOf(palette)), QIcon::Disabled);
     }
     return icon;
 }

@@ -14,6 +14,9 @@ inline constexpr char kIconProperty[] = "corrieval.icon";
 // lines in its text colour, accents in its highlight. A greyed rendering serves the disabled
 // state. Null when there is no such icon.
 QIcon RibbonIcon(const QString& name, const QPalette& palette);
+// `picture`, drawn by the program in any colour, with its ink in the palette's text colour, as the
+// ribbon's own icons are, and greyed for the disabled state; its sizes are kept.
+QIcon InkIcon(const QIcon& picture, const QPalette& palette);
 // True when icon `name` exists in both sizes.
 bool HasRibbonIcon(const QString& name);
 

@@ -75,9 +75,10 @@ void BuildInsert(Ribbon& ribbon, const ActionFor& actionFor, RibbonControls& con
     for (int id : {InsertText, InsertMusic, InsertImage})
         area->AddLargeButton(actionFor(id));
     RibbonPanel* notation = insert->AddPanel(QObject::tr("Notation"));
-    const int galleries[] = {NotesGallery, DoublingsGallery, EmbellishmentsGallery, PiobaireachdGallery};
+    // Icons per row of each drop-down: the plain notes in one row, the movements in a block.
+    const int columns[] = {7, 3, 4, 4};
     for (size_t i = 0; i < controls.PaletteGalleries.size(); ++i)
-        controls.PaletteGalleries[i] = notation->AddGallery(actionFor(galleries[i]), 6);
+        controls.PaletteGalleries[i] = notation->AddGallery(actionFor(PaletteGalleries[i]), columns[i]);
 }
 
 void BuildEdit(Ribbon& ribbon, const ActionFor& actionFor)

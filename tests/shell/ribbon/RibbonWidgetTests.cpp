@@ -11,6 +11,8 @@
 #include <QImage>
 #include <QLabel>
 #include <QMenu>
+#include <QPainter>
+#include <QPixmap>
 #include <QSignalSpy>
 #include <QStyle>
 #include <QStyleFactory>
@@ -149,6 +151,33 @@ TEST(RibbonGallery, ChoiceIsSignalledAndShownOnTheFace)
     EXPECT_EQ(gallery->Count(), 0);
     EXPECT_EQ(gallery->Face(), -1);
     EXPECT_TRUE(gallery->menu()->findChildren<QToolButton*>().isEmpty());
+}
+
+TEST(RibbonGallery, InksPicturesInTheLooksTextColourAndIsLitByItsCheckedAction)
+{
+    // A picture drawn in a colour of its own, as the note pictures are.
+    QPixmap drawn(32, 32);
+    drawn.fill(Qt::transparent);
+    QPainter(&drawn).fillRect(8, 8, 16, 16, QColor(0x20, 0x20, 0x80));
+    RibbonPanel panel(QStringLiteral("Notation"));
+    QAction* notes = MakeAction(QStringLiteral("Notes"), QStringLiteral("notes"), &panel);
+    notes->setCheckable(true);
+    RibbonGallery* gallery = panel.AddGallery(notes, 7);
+    gallery->AddInkItem(QIcon(drawn), QStringLiteral("Crotchet"));
+    gallery->SetFace(0);
+    for (int look : {command::StyleBlue, command::StyleBlack}) {
+        const QPalette palette = LookPalette(look);
+        panel.setPalette(palette);
+        gallery->FollowPalette(palette);
+        const QToolButton* item = gallery->menu()->findChildren<QToolButton*>().front();
+        EXPECT_EQ(PixelsNear(item->icon(), 32, palette.color(QPalette::ButtonText)), 16 * 16) << look;
+        EXPECT_EQ(PixelsNear(gallery->icon(), 32, palette.color(QPalette::ButtonText)), 16 * 16) << look;
+    }
+    EXPECT_FALSE(gallery->IsLit());
+    notes->setChecked(true);
+    EXPECT_TRUE(gallery->IsLit());
+    notes->setChecked(false);
+    EXPECT_FALSE(gallery->IsLit());
 }
 
 TEST(RibbonSlider, ButtonsStepByOneAndSetValueIsQuiet)
