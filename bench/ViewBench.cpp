@@ -22,6 +22,8 @@ public:
     void ZoomChanged(const CCorrievalView&, float) override {}
     void TuneImported(CCorrievalView&, int) override {}
     CNoteBase* PalettePrototype(int) const override { return nullptr; }
+    bool RestartPlay() override { return false; }
+    void ShowContextMenu(const QPoint&) override {}
 };
 
 // A view of the large tune at `percent`, active as in the program, its window as large as a page.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 
 namespace corrieval {
@@ -25,6 +26,11 @@ public:
     // The prototype of a palette entry (an index over the four galleries), or null: the ghost
     // that follows the mouse while placing, of which a clone enters the score.
     virtual CNoteBase* PalettePrototype(int entry) const = 0;
+    // A click chose one bar: while the tune plays, play starts again from the selection and the
+    // answer is true; false when nothing plays.
+    virtual bool RestartPlay() = 0;
+    // The editing commands as a menu at `globalPos`, in the state the ribbon shows them.
+    virtual void ShowContextMenu(const QPoint& globalPos) = 0;
 };
 
 } // namespace corrieval

@@ -356,6 +356,34 @@ CNoteBase* CMainFrame::PalettePrototype(int) const
     return nullptr;
 }
 
+bool CMainFrame::RestartPlay()
+{
+    if (!m_transport->IsPlaying())
+        return false;
+    m_transport->Rewind();
+    return true;
+}
+
+void CMainFrame::ShowContextMenu(const QPoint& globalPos)
+{
+    // The ribbon's own actions, so that captions, shortcuts and enabling are the same.
+    static constexpr int kEntries[] = {command::Cut,          command::Copy,          command::Paste,
+                                       command::Delete,       0,                      command::Dot,
+                                       command::CutNote,      command::Tie,           command::Group,
+                                       command::Ungroup,      0,                      command::InsertBar,
+                                       command::InsertRepeats, command::DeleteRepeats, command::AutoOrganise,
+                                       0,                     command::Properties};
+    m_commands->UpdateAll();
+    QMenu menu(this);
+    for (const int id : kEntries) {
+        if (id == 0)
+            menu.addSeparator();
+        else if (QAction* action = m_commands->Action(id))
+            menu.addAction(action);
+    }
+    menu.exec(globalPos);
+}
+
 QString CMainFrame::Folder(const QString& name) const
 {
     SettingsStore settings(QString::fromLatin1(SettingsKeyPath));

@@ -91,6 +91,8 @@ private:
     void ZoomChanged(const CCorrievalView& view, float zoom) override;
     void TuneImported(CCorrievalView& view, int tempo) override;
     CNoteBase* PalettePrototype(int entry) const override;
+    bool RestartPlay() override;
+    void ShowContextMenu(const QPoint& globalPos) override;
     // FolderMemory
     QString Folder(const QString& name) const override;
     void Remember(const QString& name, const QString& path) override;

@@ -30,6 +30,12 @@ public:
     {
         return entry >= 0 && entry < static_cast<int>(Prototypes.size()) ? Prototypes[entry].get() : nullptr;
     }
+    bool RestartPlay() override
+    {
+        Restarts += Playing ? 1 : 0;
+        return Playing;
+    }
+    void ShowContextMenu(const QPoint& globalPos) override { Menus.push_back(globalPos); }
 
     QString Pending;
     int Takes = 0;
@@ -37,6 +43,9 @@ public:
     std::vector<float> Zooms;
     std::vector<int> Tempos;
     std::vector<std::unique_ptr<CNoteBase>> Prototypes; // the palette entries, by index
+    bool Playing = false;                               // what RestartPlay finds
+    int Restarts = 0;
+    std::vector<QPoint> Menus; // where context menus were asked for
 };
 
 // A view of a tune in a window of its own, the active view while it lives, as the frame makes it.
