@@ -11,7 +11,7 @@ namespace corrieval {
 
 NoteDrag::NoteDrag(CScoSelection& selection, CScoObj& lead, PointF press,
                    std::function<void(const CScoObj&)> repaint)
-    : m_selection(selection), m_lead(lead), m_press(press),
+    : m_selection(selection), m_lead(lead),
       m_grabOffset(lead.GetBounds().X + lead.GetBounds().Width * 0.5f - press.X),
       m_repaint(std::move(repaint))
 {
@@ -21,11 +21,6 @@ NoteDrag::NoteDrag(CScoSelection& selection, CScoObj& lead, PointF press,
 
 void NoteDrag::Move(PointF at)
 {
-    // A click that never leaves its point moves nothing: the pitch under a click on a stem is
-    // not the note's.
-    if (!m_moved && at == m_press)
-        return;
-    m_moved = true;
     m_lastMoveFitted = MoveSelection(at.X + m_grabOffset, at.Y);
 }
 

@@ -16,7 +16,7 @@ class CScoSelection;
 // were.
 class NoteDrag : public MouseDrag {
 public:
-    // `press` is where the button went down on the lead. `repaint` is told every object whose
+    // `press` is where the button went down on the lead; `repaint` is told every object whose
     // place changes, before and after.
     NoteDrag(CScoSelection& selection, CScoObj& lead, PointF press,
              std::function<void(const CScoObj&)> repaint);
@@ -34,10 +34,8 @@ private:
 
     CScoSelection& m_selection;
     CScoObj& m_lead;
-    PointF m_press;
     float m_grabOffset; // from the mouse to the lead's centre
     std::function<void(const CScoObj&)> m_repaint;
-    bool m_moved = false;
     bool m_lastMoveFitted = false;
 };
 

@@ -93,8 +93,17 @@ void ViewMouse::Pressed(QMouseEvent& event)
     m_menuSwallowed = false;
     if (event.button() == Qt::RightButton)
         RightPressed();
-    else if (event.button() == Qt::LeftButton && m_drag == nullptr)
+    else if (event.button() == Qt::LeftButton && m_drag == nullptr) {
+        m_press = event.position().toPoint();
+        m_leftPress = false;
         LeftPressed(ToDocument(event.position()), event.modifiers().testFlag(Qt::ControlModifier));
+    }
+}
+
+bool ViewMouse::StillAtPress(const QMouseEvent& event)
+{
+    m_leftPress = m_leftPress || event.position().toPoint() != m_press;
+    return !m_leftPress;
 }
 
 // The order of these decisions matters: handles before what lies under them, bar lines before
@@ -256,8 +265,9 @@ void ViewMouse::StartDrag(std::unique_ptr<MouseDrag> drag, const QString& label)
     m_recording = !label.isEmpty();
     if (m_recording)
         m_view.History().BeginChange(label);
+    // The press that starts a drag holds the mouse for the viewport until the button goes up,
+    // wherever the pointer goes; a drag ended by a key lets go of nothing it needs.
     m_drag = std::move(drag);
-    m_view.viewport()->grabMouse();
 }
 
 void ViewMouse::EndDrag()
@@ -265,7 +275,6 @@ void ViewMouse::EndDrag()
     // Out of the member first: finishing may repaint, and the band is no longer drawn then.
     const std::unique_ptr<MouseDrag> drag = std::move(m_drag);
     m_band = nullptr;
-    m_view.viewport()->releaseMouse();
     drag->Finish();
     if (std::exchange(m_recording, false))
         m_view.History().EndChange();
@@ -275,10 +284,10 @@ void ViewMouse::EndDrag()
 void ViewMouse::Moved(QMouseEvent& event)
 {
     const PointF at = ToDocument(event.position());
-    if (m_drag != nullptr)
-        m_drag->Move(at);
-    else
+    if (m_drag == nullptr)
         FollowMouse(at);
+    else if (!StillAtPress(event))
+        m_drag->Move(at);
 }
 
 void ViewMouse::Released(QMouseEvent& event)
@@ -287,7 +296,8 @@ void ViewMouse::Released(QMouseEvent& event)
         return;
     const PointF at = ToDocument(event.position());
     if (m_drag != nullptr) {
-        m_drag->Release(at);
+        if (!StillAtPress(event))
+            m_drag->Release(at);
         EndDrag();
     }
     ViewEditState& edit = m_view.EditState();

@@ -3,6 +3,7 @@
 #include "editor/MouseDrag.h"
 
 #include <QObject>
+#include <QPoint>
 #include <QString>
 #include <memory>
 
@@ -23,7 +24,7 @@ class RubberBand;
 // What a press of a mouse button means in the score view: selecting, the rubber band, creating
 // and dragging areas, bar lines, repeat markers and notes, placing from the palettes, the cursor
 // shapes and the context menu. A drag is a state held between the view's mouse events, so timers
-// and play go on while the button is down; the view holds the mouse until the drag ends.
+// and play go on while the button is down.
 //
 // Every change a drag, a drop or a new area makes is one step of the view's undo history.
 class ViewMouse : public QObject {
@@ -51,7 +52,7 @@ protected:
 private:
     void LeftPressed(PointF at, bool ctrl);
     void RightPressed();
-    // Runs `drag`, holding the mouse, as one undo step named `label` (none when empty).
+    // Runs `drag` as one undo step named `label` (none when empty).
     void StartDrag(std::unique_ptr<MouseDrag> drag, const QString& label = {});
     void EndDrag();
     // The band from `at` that selects what lies in it, or creates the pending area on `page`.
@@ -69,6 +70,9 @@ private:
     void UpdateCursor(PointF at);
     // The bar under the point, or the bar of the item under it.
     CBarEx* BarAt(PointF at) const;
+    // A click is not a drag: until the pointer leaves the pixel it was pressed on, nothing
+    // moves, so a click on a note's stem keeps its pitch and one by a bar line keeps the line.
+    bool StillAtPress(const QMouseEvent& event);
     bool Locked() const;
     PointF ToDocument(const QPointF& device) const;
     void MarkModified();
@@ -77,6 +81,8 @@ private:
     std::unique_ptr<MouseDrag> m_drag;
     RubberBand* m_band = nullptr; // the drag, while it is a band
     bool m_recording = false;     // the drag is an undo step
+    QPoint m_press;               // viewport pixel of the last left press
+    bool m_leftPress = false;     // the pointer has moved off it since
     // A right press that ended a drag or placing: its context menu event shows nothing.
     bool m_menuSwallowed = false;
 };
