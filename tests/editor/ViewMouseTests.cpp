@@ -6,7 +6,9 @@
 #include "model/AbbreviationArea.h"
 #include "model/CorrievalDoc.h"
 #include "notation/FixedNoteGroup.h"
+#include "notation/GroupCommands.h"
 #include "notation/NoteEx.h"
+#include "notation/NoteGroupEx.h"
 #include "notation/TextArea.h"
 #include "support/ScoreWalk.h"
 
@@ -53,6 +55,24 @@ protected:
     CScoSelection& Selection() { return View().Selection(); }
 
     void Paint() { shown.Grab(); }
+    // A doubling just before the bar's first note, drawn so that its heads have their shapes.
+    CFixedNoteGroup* AddMovement(CBarEx& bar)
+    {
+        auto movement = std::make_unique<CFixedNoteGroup>(QStringLiteral("Doubling"));
+        for (const NotePitch pitch : {3, 7}) {
+            auto grace = std::make_unique<CNoteEx>(256);
+            grace->Pitch = pitch;
+            grace->GraceHead = true;
+            grace->Stemmed = false;
+            grace->UpdateChars();
+            movement->AddChild(std::move(grace), true);
+        }
+        const RectF first = bar.ChildAt(0)->Bounds();
+        movement->SetBounds(first.X - 0.12f, bar.Bounds().Y, 0.1f, bar.Bounds().Height);
+        auto* added = static_cast<CFixedNoteGroup*>(bar.AddNoteSorted(std::move(movement)));
+        Paint();
+        return added;
+    }
     QPoint Device(PointF p) { return View().Transform().DocumentToDevice(p).toPoint(); }
     void Press(PointF p, Qt::KeyboardModifiers mods = {}, Qt::MouseButton button = Qt::LeftButton)
     {
@@ -136,21 +156,8 @@ TEST_F(ViewMouseTest, AClickSelectsWhatLiesUnderIt)
 
 TEST_F(ViewMouseTest, ABandSelectsNotesAndAMovementStandsForItsGracenotes)
 {
-    // A movement in the first bar, drawn so that its heads have their shapes.
     CBarEx& bar = Bar(0);
-    auto movement = std::make_unique<CFixedNoteGroup>(QStringLiteral("Doubling"));
-    for (const NotePitch pitch : {3, 7}) {
-        auto grace = std::make_unique<CNoteEx>(256);
-        grace->Pitch = pitch;
-        grace->GraceHead = true;
-        grace->Stemmed = false;
-        grace->UpdateChars();
-        movement->AddChild(std::move(grace), true);
-    }
-    const RectF first = Note(0, 0).Bounds();
-    movement->SetBounds(first.X - 0.12f, bar.Bounds().Y, 0.1f, bar.Bounds().Height);
-    CScoObj* group = bar.AddNoteSorted(std::move(movement));
-    Paint();
+    CScoObj* group = AddMovement(bar);
 
     // Around the whole first bar and the first note of the second.
     const RectF area = Music().ContentBox();
@@ -161,6 +168,26 @@ TEST_F(ViewMouseTest, ABandSelectsNotesAndAMovementStandsForItsGracenotes)
     for (CScoObj* item : Selection().Items())
         EXPECT_NE(item->Parent(), group) << "a gracenote selected on its own";
     EXPECT_FALSE(View().History().CanUndo());
+}
+
+TEST_F(ViewMouseTest, AMovementDragsAsOneAndCtrlReachesIntoABeamedGroup)
+{
+    CFixedNoteGroup& movement = *AddMovement(Bar(0));
+    const PointF head = Centre(static_cast<CNoteEx&>(*movement.ChildAt(1)).HeadRect);
+    Drag(head, {EmptyPartOf(Bar(2)).X, head.Y});
+    EXPECT_EQ(Selection().Single<CFixedNoteGroup>(), &movement);
+    EXPECT_EQ(movement.Parent(), &Bar(2));
+
+    CNoteEx& second = Note(1, 1);
+    Selection().Clear();
+    CNoteGroupEx* beamed = GroupNotes({&Note(1, 0), &second});
+    ASSERT_NE(beamed, nullptr);
+    Paint();
+    Selection().Clear();
+    Click(HeadOf(second));
+    EXPECT_EQ(Selection().Single<CNoteGroupEx>(), beamed);
+    Click(HeadOf(second), Qt::ControlModifier);
+    EXPECT_EQ(Selection().Single<CNoteEx>(), &second);
 }
 
 TEST_F(ViewMouseTest, ABandOnAPendingAreaCreatesItWithItsContentAsOneStep)
