@@ -156,7 +156,7 @@ void ViewMouse::LeftPressed(PointF at, bool ctrl)
         if (CStaveArea* area = hit != nullptr ? hit->FindAncestor<CStaveArea>() : nullptr) {
             if (CRepeatTiming* marker = area->RepeatMarkerAt(at.X, at.Y)) {
                 if (const int leg = marker->LegAt(at.X, at.Y); leg != CRepeatTiming::NoLeg) {
-                    auto barAt = [this](PointF point) { return BarAt(point); };
+                    auto barAt = [this](PointF point) { return BarBelow(point); };
                     StartDrag(std::make_unique<RepeatLegDrag>(*m_view.Document(), *marker, leg, barAt),
                               Label("Move Repeat"));
                     MarkModified();
@@ -451,6 +451,22 @@ CBarEx* ViewMouse::BarAt(PointF at) const
     CTunePage* page = m_view.PageAt(at);
     CScoObj* hit = page != nullptr ? page->HitTest(at.X, at.Y) : nullptr;
     return hit != nullptr ? hit->FindAncestor<CBarEx>() : nullptr;
+}
+
+CBarEx* ViewMouse::BarBelow(PointF at) const
+{
+    if (CBarEx* bar = BarAt(at))
+        return bar;
+    CTunePage* page = m_view.PageAt(at);
+    CScoObj* hit = page != nullptr ? page->HitTest(at.X, at.Y) : nullptr;
+    auto* group = hit != nullptr ? hit->FindAncestor<CStaveGroup>() : nullptr;
+    if (group == nullptr || group->ChildCount() == 0)
+        return nullptr;
+    for (const auto& bar : static_cast<CGraphObjContainer&>(*group->ChildAt(0)).Children()) {
+        if (bar->Bounds().X <= at.X && at.X < bar->Bounds().Right())
+            return dynamic_cast<CBarEx*>(bar.get());
+    }
+    return nullptr;
 }
 
 bool ViewMouse::Locked() const

@@ -70,6 +70,9 @@ private:
     void UpdateCursor(PointF at);
     // The bar under the point, or the bar of the item under it.
     CBarEx* BarAt(PointF at) const;
+    // The same, or above and below the staves the bar of the system's first stave at that x:
+    // a bracket's leg is dragged along the bracket, over the stave.
+    CBarEx* BarBelow(PointF at) const;
     // A click is not a drag: until the pointer leaves the pixel it was pressed on, nothing
     // moves, so a click on a note's stem keeps its pitch and one by a bar line keeps the line.
     bool StillAtPress(const QMouseEvent& event);

@@ -9,6 +9,7 @@
 #include "notation/GroupCommands.h"
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
+#include "notation/RepeatTiming.h"
 #include "notation/TextArea.h"
 #include "support/ScoreWalk.h"
 
@@ -36,8 +37,9 @@ PointF Centre(const RectF& r)
 // painted, so that notes and handles have their drawn shapes; the mouse works in inches.
 class ViewMouseTest : public ::testing::Test {
 protected:
-    ViewMouseTest()
-        : shown(fixtures::BuildTune({.Pages = 1, .Groups = 2, .Parts = 1, .Columns = 4, .NotesPerBar = 4}))
+    explicit ViewMouseTest(bool repeats = false)
+        : shown(fixtures::BuildTune(
+              {.Pages = 1, .Groups = 2, .Parts = 1, .Columns = 4, .NotesPerBar = 4, .Repeats = repeats}))
     {
         shown.Show();
         Paint();
@@ -419,6 +421,88 @@ TEST_F(ViewMouseTest, ARightClickAsksForTheMenuUnlessItEndsSomething)
     QCoreApplication::sendEvent(View().viewport(), &menu);
     EXPECT_EQ(shown.Host.Menus.size(), 1u);
     EXPECT_FALSE(View().viewport()->mouseGrabber() != nullptr);
+}
+
+TEST_F(ViewMouseTest, TheCursorShowsWhatAPressWouldDo)
+{
+    const auto shape = [this] { return View().viewport()->cursor().shape(); };
+    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
+    Click(Centre(title.ContentBox()));
+    Paint();
+    const RectF b = title.Bounds();
+    Move({b.X, b.Y});
+    EXPECT_EQ(shape(), Qt::SizeFDiagCursor);
+    Move({b.X + b.Width / 2, b.Bottom()});
+    EXPECT_EQ(shape(), Qt::SizeVerCursor);
+    Move({b.X + b.Width / 3, b.Y + 0.01f});
+    EXPECT_EQ(shape(), Qt::SizeAllCursor);
+    Move({Bar(1).Bounds().X + 0.01f, Centre(Bar(1).ContentBox()).Y});
+    EXPECT_EQ(shape(), Qt::SizeHorCursor);
+    View().EditState().PendingArea = &CTextArea::Class;
+    Move(EmptyPartOf(Bar(2)));
+    EXPECT_EQ(shape(), Qt::CrossCursor);
+}
+
+TEST_F(ViewMouseTest, LosingTheFocusEndsADrag)
+{
+    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
+    Click(Centre(title.ContentBox()));
+    Paint();
+    const RectF b = title.Bounds();
+    const PointF grab{b.X + b.Width / 3, b.Y + 0.01f};
+    Press(grab);
+    Move({grab.X, grab.Y + 0.5f});
+    QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(shown.View.get(), &out);
+    Move({grab.X, grab.Y + 1.5f});
+    Release({grab.X, grab.Y + 1.5f});
+    EXPECT_NEAR(title.Bounds().Y, b.Y + 0.5f, 0.02f);
+    EXPECT_EQ(View().History().Stack().count(), 1);
+}
+
+TEST_F(ViewMouseTest, CheckValuesEndsWithAClickOutsideItsArea)
+{
+    Doc().CheckValues = 1;
+    View().EditState().CheckValuesArea = &Music();
+    Bar(0).UpdateValueColour(true, false);
+    Click(HeadOf(Note(1, 0)));
+    EXPECT_EQ(View().EditState().CheckValuesArea, &Music());
+
+    Click(Centre(ChildrenOf<CTextArea>(Page()).front()->ContentBox()));
+    EXPECT_EQ(View().EditState().CheckValuesArea, nullptr);
+    EXPECT_EQ(Doc().CheckValues, 0);
+    EXPECT_TRUE(Bar(0).UseBackground);
+}
+
+class RepeatMouseTest : public ViewMouseTest {
+protected:
+    RepeatMouseTest() : ViewMouseTest(true) {}
+};
+
+TEST_F(RepeatMouseTest, ARepeatLegMovesOverTheBarsAndATiedNoteStays)
+{
+    CRepeatTiming& marker = *Music().RepeatMarkers.front();
+    ASSERT_FALSE(marker.MiddleLegPath.isEmpty());
+    const QByteArray saved = Bytes(Doc());
+    const QPointF leg = marker.MiddleLegPath.boundingRect().center();
+    const float middle = marker.MiddlePosition;
+    // Along the bracket's height, above the stave.
+    const PointF target{Centre(Bar(1).ContentBox()).X, static_cast<float>(leg.y())};
+    Drag({static_cast<float>(leg.x()), static_cast<float>(leg.y())}, target);
+    EXPECT_LT(marker.MiddlePosition, middle);
+    EXPECT_EQ(View().History().Stack().count(), 1);
+    View().History().Undo();
+    EXPECT_EQ(Bytes(Doc()), saved);
+
+    // The first note of the bracketed bar is tied to the next: it does not move, and the click
+    // leaves no step.
+    CNoteEx& tied = Note(2, 0);
+    ASSERT_NE(tied.Tie, nullptr);
+    const RectF before = tied.Bounds();
+    const PointF grab = HeadOf(tied);
+    Drag(grab, {grab.X + 0.2f, PitchY(Bar(2), 5)});
+    EXPECT_EQ(tied.Bounds(), before);
+    EXPECT_FALSE(View().History().CanUndo());
 }
 
 } // namespace
