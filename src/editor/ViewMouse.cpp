@@ -31,26 +31,6 @@ QString Label(const char* text)
     return QCoreApplication::translate("ViewMouse", text);
 }
 
-Qt::CursorShape HandleCursor(int handle)
-{
-    switch (handle) {
-    case 0:
-    case 2:
-        return Qt::SizeFDiagCursor;
-    case 1:
-    case 3:
-        return Qt::SizeBDiagCursor;
-    case 4:
-    case 6:
-        return Qt::SizeVerCursor;
-    case 5:
-    case 7:
-        return Qt::SizeHorCursor;
-    default:
-        return Qt::SizeAllCursor;
-    }
-}
-
 // The bars of a music area, every system, stave and column.
 template <class Visit> void ForEachBar(CStaveArea& area, Visit visit)
 {
@@ -63,14 +43,6 @@ template <class Visit> void ForEachBar(CStaveArea& area, Visit visit)
                             visit(*b);
 }
 
-// A legend takes notes only in its played row; the written row holds the marks.
-bool TakesPlacedItems(const CBarEx& bar)
-{
-    const CScoObj* stave = bar.Parent();
-    const CGraphObjContainer* group = stave != nullptr ? stave->Parent() : nullptr;
-    const CScoObj* area = group != nullptr ? group->Parent() : nullptr;
-    return dynamic_cast<const CAbbreviationArea*>(area) == nullptr || group->IndexOfChild(stave) != 0;
-}
 } // namespace
 
 ViewMouse::ViewMouse(CCorrievalView& view) : m_view(view)
@@ -82,10 +54,22 @@ ViewMouse::~ViewMouse() = default;
 
 bool ViewMouse::eventFilter(QObject* watched, QEvent* event)
 {
-    if (m_drag != nullptr && (event->type() == QEvent::FocusOut ||
-                              event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide))
+    if (m_drag == nullptr)
+        return QObject::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::FocusOut:
+    case QEvent::WindowDeactivate:
+    case QEvent::Hide:
         EndDrag();
-    return QObject::eventFilter(watched, event);
+        return false;
+    // While a drag runs, every key comes to the drag as a key press, and no shortcut runs a
+    // command (undo above all) under the objects it holds.
+    case QEvent::ShortcutOverride:
+        event->accept();
+        return true;
+    default:
+        return false;
+    }
 }
 
 void ViewMouse::Pressed(QMouseEvent& event)
@@ -384,66 +368,6 @@ void ViewMouse::PaintOverlay(QPainter& painter) const
     painter.setPen(QPen(Qt::black, 1, Qt::DashLine));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(band);
-}
-
-void ViewMouse::PaintGhost(Painter& painter) const
-{
-    const ViewEditState& edit = m_view.EditState();
-    if (edit.Ghost == nullptr || edit.GhostTarget == nullptr)
-        return;
-    CNoteBase& ghost = *edit.Ghost;
-    const std::uint32_t colour = ghost.Colour();
-    ghost.SetColour(CNoteBase::SelectedColour);
-    ghost.Draw(painter, OutputMode::Screen);
-    ghost.SetColour(colour);
-}
-
-void ViewMouse::FollowMouse(PointF at)
-{
-    if (m_view.EditState().Placing())
-        MoveGhost(at);
-    else
-        UpdateCursor(at);
-}
-
-void ViewMouse::MoveGhost(PointF at)
-{
-    ViewEditState& edit = m_view.EditState();
-    if (edit.Ghost != nullptr)
-        m_view.InvalidateObject(*edit.Ghost);
-    CBarEx* bar = BarAt(at);
-    CNoteBase* ghost = bar != nullptr && TakesPlacedItems(*bar)
-                           ? m_view.Host().PalettePrototype(edit.PaletteEntry)
-                           : nullptr;
-    edit.Ghost = ghost;
-    edit.GhostTarget = ghost != nullptr ? bar : nullptr;
-    if (ghost == nullptr)
-        return;
-    bar->PlaceItem(*ghost, at.X, at.Y);
-    m_view.InvalidateObject(*ghost);
-}
-
-void ViewMouse::UpdateCursor(PointF at)
-{
-    QWidget& viewport = *m_view.viewport();
-    if (const CPageArea* area = m_view.Selection().Single<CPageArea>(); area != nullptr && !Locked()) {
-        if (const int handle = area->HitHandle(at.X, at.Y); handle != CPageArea::NoHandle) {
-            viewport.setCursor(HandleCursor(handle));
-            return;
-        }
-    }
-    CTunePage* page = m_view.PageAt(at);
-    CScoObj* hit = page != nullptr ? page->HitTest(at.X, at.Y) : nullptr;
-    const auto* bar = dynamic_cast<const CBarEx*>(hit);
-    const CStaveArea* area = hit != nullptr ? hit->FindAncestor<CStaveArea>() : nullptr;
-    const CRepeatTiming* marker = area != nullptr ? area->RepeatMarkerAt(at.X, at.Y) : nullptr;
-    if ((bar != nullptr && bar->HitBarLine(at.X, at.Y)) ||
-        (marker != nullptr && marker->LegAt(at.X, at.Y) != CRepeatTiming::NoLeg))
-        viewport.setCursor(Qt::SizeHorCursor);
-    else if (page != nullptr && m_view.EditState().PendingArea != nullptr)
-        viewport.setCursor(Qt::CrossCursor);
-    else
-        viewport.unsetCursor();
 }
 
 CBarEx* ViewMouse::BarAt(PointF at) const

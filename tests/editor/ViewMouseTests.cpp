@@ -443,8 +443,15 @@ TEST_F(ViewMouseTest, TheCursorShowsWhatAPressWouldDo)
     EXPECT_EQ(shape(), Qt::CrossCursor);
 }
 
-TEST_F(ViewMouseTest, LosingTheFocusEndsADrag)
+TEST_F(ViewMouseTest, NoShortcutRunsDuringADragAndLosingTheFocusEndsIt)
 {
+    const auto shortcutTaken = [this] {
+        QKeyEvent undo(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
+        undo.ignore();
+        QCoreApplication::sendEvent(shown.View.get(), &undo);
+        return undo.isAccepted();
+    };
+    EXPECT_FALSE(shortcutTaken());
     CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
     Click(Centre(title.ContentBox()));
     Paint();
@@ -452,6 +459,7 @@ TEST_F(ViewMouseTest, LosingTheFocusEndsADrag)
     const PointF grab{b.X + b.Width / 3, b.Y + 0.01f};
     Press(grab);
     Move({grab.X, grab.Y + 0.5f});
+    EXPECT_TRUE(shortcutTaken());
     QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
     QCoreApplication::sendEvent(shown.View.get(), &out);
     Move({grab.X, grab.Y + 1.5f});
