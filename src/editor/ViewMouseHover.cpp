@@ -12,24 +12,14 @@
 namespace corrieval {
 
 namespace {
+// Corners clockwise from the top left, then the edge centres clockwise from the top.
+constexpr Qt::CursorShape kHandleCursors[CPageArea::HandleCount] = {
+    Qt::SizeFDiagCursor, Qt::SizeBDiagCursor, Qt::SizeFDiagCursor, Qt::SizeBDiagCursor,
+    Qt::SizeVerCursor,   Qt::SizeHorCursor,   Qt::SizeVerCursor,   Qt::SizeHorCursor};
+
 Qt::CursorShape HandleCursor(int handle)
 {
-    switch (handle) {
-    case 0:
-    case 2:
-        return Qt::SizeFDiagCursor;
-    case 1:
-    case 3:
-        return Qt::SizeBDiagCursor;
-    case 4:
-    case 6:
-        return Qt::SizeVerCursor;
-    case 5:
-    case 7:
-        return Qt::SizeHorCursor;
-    default:
-        return Qt::SizeAllCursor;
-    }
+    return handle >= 0 && handle < CPageArea::HandleCount ? kHandleCursors[handle] : Qt::SizeAllCursor;
 }
 
 // A legend takes notes only in its played row; the written row holds the marks.
