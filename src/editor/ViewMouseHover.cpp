@@ -65,6 +65,10 @@ void ViewMouse::MoveGhost(PointF at)
     edit.GhostTarget = ghost != nullptr ? bar : nullptr;
     if (ghost == nullptr)
         return;
+    // A prototype never placed has no size, and its default width follows its height: it takes
+    // the bar's height first.
+    if (ghost->Bounds().Height <= 0)
+        ghost->SetBounds(at.X, bar->Bounds().Y, 0, bar->Bounds().Height);
     bar->PlaceItem(*ghost, at.X, at.Y);
     m_view.InvalidateObject(*ghost);
 }

@@ -107,6 +107,17 @@ protected:
         ADD_FAILURE() << "no empty place in the bar";
         return {};
     }
+    bool ShowsBlueIn(const RectF& inches)
+    {
+        const QImage image = shown.Grab().convertToFormat(QImage::Format_RGB32);
+        const QRect area = View().Transform().DocumentRectToDevice(inches);
+        const qreal ratio = image.devicePixelRatio();
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            for (int x = area.left(); x <= area.right(); ++x)
+                if (image.pixel(QPointF(QPointF(x, y) * ratio).toPoint()) == qRgb(0, 0, 255))
+                    return true;
+        return false;
+    }
     // The height in a bar that means `pitch` to a drag or a drop.
     static float PitchY(const CBarEx& bar, NotePitch pitch)
     {
@@ -360,6 +371,7 @@ TEST_F(ViewMouseTest, PlacingDropsACloneAtThePitchUnderTheMouseAndGoesOn)
 
     Move(at);
     EXPECT_EQ(View().EditState().GhostTarget, &bar);
+    EXPECT_TRUE(ShowsBlueIn(View().EditState().Ghost->Bounds())) << "the ghost is drawn in blue";
     Press(at);
     Release(at);
     ASSERT_EQ(bar.ChildCount(), count + 1);
@@ -368,6 +380,8 @@ TEST_F(ViewMouseTest, PlacingDropsACloneAtThePitchUnderTheMouseAndGoesOn)
     const auto dropped = std::ranges::find_if(notes, [](const CNoteEx* n) { return n->Duration == 8; });
     ASSERT_NE(dropped, notes.end());
     EXPECT_EQ((*dropped)->Pitch, 6);
+    EXPECT_GT((*dropped)->Bounds().Width, 0.05f);
+    EXPECT_NEAR(Centre((*dropped)->Bounds()).X, at.X, 0.01f);
     EXPECT_NE(*dropped, shown.Host.Prototypes.front().get());
 
     // Off the bars the ghost goes; a right click ends placing without a menu.
