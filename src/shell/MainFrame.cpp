@@ -35,6 +35,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTabBar>
+#include <vector>
 
 namespace corrieval {
 
@@ -367,19 +368,18 @@ bool CMainFrame::RestartPlay()
 void CMainFrame::ShowContextMenu(const QPoint& globalPos)
 {
     // The ribbon's own actions, so that captions, shortcuts and enabling are the same.
-    static constexpr int kEntries[] = {command::Cut,          command::Copy,          command::Paste,
-                                       command::Delete,       0,                      command::Dot,
-                                       command::CutNote,      command::Tie,           command::Group,
-                                       command::Ungroup,      0,                      command::InsertBar,
-                                       command::InsertRepeats, command::DeleteRepeats, command::AutoOrganise,
-                                       0,                     command::Properties};
+    const std::vector<std::vector<int>> groups{
+        {command::Cut, command::Copy, command::Paste, command::Delete},
+        {command::Dot, command::CutNote, command::Tie, command::Group, command::Ungroup},
+        {command::InsertBar, command::InsertRepeats, command::DeleteRepeats, command::AutoOrganise},
+        {command::Properties}};
     m_commands->UpdateAll();
     QMenu menu(this);
-    for (const int id : kEntries) {
-        if (id == 0)
+    for (const auto& group : groups) {
+        if (!menu.isEmpty())
             menu.addSeparator();
-        else if (QAction* action = m_commands->Action(id))
-            menu.addAction(action);
+        for (const int id : group)
+            menu.addAction(m_commands->Action(id));
     }
     menu.exec(globalPos);
 }
