@@ -23,6 +23,8 @@ public:
     void TuneImported(CCorrievalView&, int) override {}
     CNoteBase* PalettePrototype(int) const override { return nullptr; }
     PaletteRange PaletteEntries(int) const override { return {}; }
+    bool RestartPlay() override { return false; }
+    void ShowContextMenu(const QPoint&) override {}
 };
 
 // A view of the large tune at `percent`, active as in the program, its window as large as a page.

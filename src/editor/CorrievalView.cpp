@@ -278,6 +278,7 @@ const QImage& CCorrievalView::PaintBackBuffer(const QRect& clip)
     platform::QtPainter inches(painter, t.DpiX, m_zoom, {-offset.X, -offset.Y});
     for (const auto& page : m_doc.Pages)
         page->DrawIfVisible(inches, OutputMode::Screen);
+    m_mouse->PaintGhost(inches);
     return m_backBuffer;
 }
 
@@ -286,9 +287,9 @@ void CCorrievalView::paintEvent(QPaintEvent* event)
     OnActivateView();
     const QRect clip = event->rect();
     const QImage& buffer = PaintBackBuffer(clip);
-    QPainter(viewport())
-        .drawImage(clip.topLeft(), buffer,
-                   QRectF(QPointF(0, 0), QSizeF(clip.size()) * buffer.devicePixelRatio()));
+    QPainter painter(viewport());
+    painter.drawImage(clip.topLeft(), buffer, QRectF(QPointF(0, 0), QSizeF(clip.size()) * buffer.devicePixelRatio()));
+    m_mouse->PaintOverlay(painter);
     if (!m_firstPaint)
         return;
     m_firstPaint = false;

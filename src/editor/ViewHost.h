@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 
 namespace corrieval {
@@ -37,6 +38,11 @@ public:
     virtual CNoteBase* PalettePrototype(int entry) const = 0;
     // The entries of the gallery of command `galleryId` (one of command::PaletteGalleries).
     virtual PaletteRange PaletteEntries(int galleryId) const = 0;
+    // A click chose one bar: while the tune plays, play starts again from the selection and the
+    // answer is true; false when nothing plays.
+    virtual bool RestartPlay() = 0;
+    // The editing commands as a menu at `globalPos`, in the state the ribbon shows them.
+    virtual void ShowContextMenu(const QPoint& globalPos) = 0;
 };
 
 } // namespace corrieval

@@ -1,5 +1,9 @@
 #include "notation/NoteBase.h"
 
+#include "model/ActiveView.h"
+#include "model/BarEx.h"
+#include "model/BarLookup.h"
+
 namespace corrieval {
 
 CORRIEVAL_IMPLEMENT_ABSTRACT_CLASS(CNoteBase, CGraphObjContainer);
@@ -23,5 +27,22 @@ bool CNoteBase::PathWithin(const QPainterPath& path, const RectF& rect)
 }
 
 void CNoteBase::OnSelectionChanged(bool selected) { SetColour(selected ? SelectedColour : PlainColour); }
+
+PointF CNoteBase::DragTo(float x, float y)
+{
+    const RectF before = Bounds();
+    if (ActiveView() == nullptr)
+        return {};
+    CBarEx* bar = BarUnderPoint(x, y);
+    // An item of a group cannot leave the group's bar.
+    if (dynamic_cast<CNoteBase*>(Parent()) != nullptr && (bar == nullptr || bar != Parent()->Parent()))
+        return {};
+    if (bar != nullptr) {
+        bar->PlaceItem(*this, x, y);
+        if (dynamic_cast<CBarEx*>(Parent()) != nullptr && Parent() != bar)
+            SetParent(bar);
+    }
+    return {Bounds().X - before.X, Bounds().Y - before.Y};
+}
 
 } // namespace corrieval

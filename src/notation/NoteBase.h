@@ -32,6 +32,9 @@ public:
     // Whether the drawn shape lies wholly inside the rectangle; its edges may touch.
     virtual bool IsWithin(float x, float y, float width, float height) const = 0;
     virtual std::unique_ptr<CNoteBase> Clone() const = 0;
+    // Moves the dragged item to the bar under the point, a note taking its pitch from the
+    // height; returns how far it moved. An item of a group stays in the group's bar.
+    PointF DragTo(float x, float y) override;
     virtual void SetColour(std::uint32_t argb) { Colours[0] = argb; }
     // Width of the item as placed; below 0.001 callers fall back on GetDefaultWidth.
     virtual float GetWidth() const { return Bounds().Width; }

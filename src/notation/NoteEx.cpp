@@ -195,19 +195,8 @@ void CNoteEx::RestoreState()
 
 PointF CNoteEx::DragTo(float x, float y)
 {
-    const RectF before = Bounds();
-    if (Tie != nullptr || ActiveView() == nullptr)
-        return {};
-    CBarEx* bar = BarUnderPoint(x, y);
-    // A note of a group cannot leave the group's bar.
-    if (dynamic_cast<CNoteBase*>(Parent()) != nullptr && (bar == nullptr || bar != Parent()->Parent()))
-        return {};
-    if (bar != nullptr) {
-        bar->PlaceItem(*this, x, y);
-        if (dynamic_cast<CBarEx*>(Parent()) != nullptr && Parent() != bar)
-            SetParent(bar);
-    }
-    return {Bounds().X - before.X, Bounds().Y - before.Y};
+    // A tie would stretch: a tied note stays.
+    return Tie != nullptr ? PointF{} : CNoteBase::DragTo(x, y);
 }
 
 bool CNoteEx::MoveBy(float dx, float dy)

@@ -84,8 +84,7 @@ public:
     // Remembers the rectangle and parent before a drag, and puts them back when it is refused.
     void SaveState();
     void RestoreState();
-    // Moves the dragged note to the bar under the point, with the pitch from its height; returns
-    // how far it moved. A tied note, or one that would leave its group's bar, stays.
+    // As for any item, except that a tied note stays.
     PointF DragTo(float x, float y) override;
     // Moves another selected note along with the drag; true when it lands inside a bar.
     bool MoveBy(float dx, float dy) override;

@@ -52,6 +52,9 @@ public:
     CRepeatTiming(CStaveArea* area, const CBarEx& bar, bool wholeLine, std::int32_t staveOffset,
                   float rightEdge);
 
+    // A click on its line selects the marker, which then draws in blue.
+    bool IsSelectable() const override { return true; }
+
     // Which leg, if any, lies under the point: within 0.03 inch across and within its height.
     int LegAt(float x, float y) const;
     // Whether the point lies on the bracket line, within 0.03 inch below its top.

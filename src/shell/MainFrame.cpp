@@ -37,6 +37,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTabBar>
+#include <vector>
 
 namespace corrieval {
 
@@ -367,6 +368,33 @@ CNoteBase* CMainFrame::PalettePrototype(int entry) const
 PaletteRange CMainFrame::PaletteEntries(int galleryId) const
 {
     return PaletteEntriesOf(*m_palettes, m_controls.PaletteGalleries, galleryId);
+}
+
+bool CMainFrame::RestartPlay()
+{
+    if (!m_transport->IsPlaying())
+        return false;
+    m_transport->Rewind();
+    return true;
+}
+
+void CMainFrame::ShowContextMenu(const QPoint& globalPos)
+{
+    // The ribbon's own actions, so that captions, shortcuts and enabling are the same.
+    const std::vector<std::vector<int>> groups{
+        {command::Cut, command::Copy, command::Paste, command::Delete},
+        {command::Dot, command::CutNote, command::Tie, command::Group, command::Ungroup},
+        {command::InsertBar, command::InsertRepeats, command::DeleteRepeats, command::AutoOrganise},
+        {command::Properties}};
+    m_commands->UpdateAll();
+    QMenu menu(this);
+    for (const auto& group : groups) {
+        if (!menu.isEmpty())
+            menu.addSeparator();
+        for (const int id : group)
+            menu.addAction(m_commands->Action(id));
+    }
+    menu.exec(globalPos);
 }
 
 QString CMainFrame::Folder(const QString& name) const

@@ -93,6 +93,8 @@ private:
     void TuneImported(CCorrievalView& view, int tempo) override;
     CNoteBase* PalettePrototype(int entry) const override;
     PaletteRange PaletteEntries(int galleryId) const override;
+    bool RestartPlay() override;
+    void ShowContextMenu(const QPoint& globalPos) override;
     // FolderMemory
     QString Folder(const QString& name) const override;
     void Remember(const QString& name, const QString& path) override;

@@ -36,6 +36,12 @@ public:
         const auto found = Palettes.find(galleryId);
         return found != Palettes.end() ? found->second : PaletteRange{};
     }
+    bool RestartPlay() override
+    {
+        Restarts += Playing ? 1 : 0;
+        return Playing;
+    }
+    void ShowContextMenu(const QPoint& globalPos) override { Menus.push_back(globalPos); }
 
     QString Pending;
     int Takes = 0;
@@ -44,6 +50,9 @@ public:
     std::vector<int> Tempos;
     std::vector<std::unique_ptr<CNoteBase>> Prototypes; // the palette entries, by index
     std::map<int, PaletteRange> Palettes;               // by gallery command
+    bool Playing = false;                               // what RestartPlay finds
+    int Restarts = 0;
+    std::vector<QPoint> Menus; // where context menus were asked for
 };
 
 // A view of a tune in a window of its own, the active view while it lives, as the frame makes it.
