@@ -1,0 +1,76 @@
+#include "editor/RepeatCommands.h"
+
+#include "model/BarConfig.h"
+#include "model/BarEx.h"
+#include "model/StaveArea.h"
+#include "notation/RepeatTiming.h"
+#include "playback/TuneSequence.h"
+
+namespace corrieval {
+
+namespace {
+
+std::uint8_t RepeatState(const CBarEx& bar)
+{
+    return bar.Config != nullptr ? bar.Config->RepeatEnding : std::uint8_t{CBarConfig::NoEnding};
+}
+
+CStaveArea* AreaOf(const CBarEx& bar)
+{
+    return const_cast<CBarEx&>(bar).FindAncestor<CStaveArea>();
+}
+
+// The notes in written order, as play will meet them: what a marker stamps. Built afresh from
+// the score rather than taken from the tune window's play lists, which may be playing and may
+// point at notes that have gone since they were built.
+class WrittenTune {
+public:
+    explicit WrittenTune(CCorrievalDoc& doc) : m_sequence(&doc) { m_sequence.Build(nullptr); }
+    const WrittenNotes& Notes() const { return m_sequence; }
+
+private:
+    CTuneSequence m_sequence;
+};
+
+} // namespace
+
+bool CanInsertRepeat(const CBarEx& bar)
+{
+    return RepeatState(bar) == CBarConfig::NoEnding && AreaOf(bar) != nullptr &&
+           CStaveArea::NextBar(bar) != nullptr;
+}
+
+void InsertRepeat(CBarEx& bar, CCorrievalDoc& doc)
+{
+    if (!CanInsertRepeat(bar))
+        return;
+    CStaveArea* area = AreaOf(bar);
+    CBarEx* next = CStaveArea::NextBar(bar);
+    CRepeatTiming* marker = area->AddRepeatMarker(std::make_unique<CRepeatTiming>(area, bar, false, 0, 0.0f));
+    marker->Restamp(WrittenTune(doc).Notes());
+    bar.RepeatTiming = marker;
+    bar.Config->RepeatEnding = CBarConfig::FirstTime;
+    if (next->Config != nullptr)
+        next->Config->RepeatEnding = CBarConfig::SecondTime;
+    area->InvalidateSelf();
+}
+
+bool CanDeleteRepeat(const CBarEx& bar)
+{
+    return RepeatState(bar) != CBarConfig::NoEnding && bar.RepeatTiming != nullptr;
+}
+
+void DeleteRepeat(CBarEx& bar, CCorrievalDoc& doc)
+{
+    CStaveArea* area = AreaOf(bar);
+    if (!CanDeleteRepeat(bar) || area == nullptr || CStaveArea::NextBar(bar) == nullptr)
+        return;
+    // The bar after stays a second-time bar: a piper who moves the marker on keeps that bar's
+    // ending as written.
+    bar.Config->RepeatEnding = CBarConfig::NoEnding;
+    CRepeatTiming* marker = std::exchange(bar.RepeatTiming, nullptr);
+    marker->ClearStamps(WrittenTune(doc).Notes());
+    area->RemoveRepeatMarker(marker);
+}
+
+} // namespace corrieval

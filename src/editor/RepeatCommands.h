@@ -1,0 +1,21 @@
+#pragma once
+
+namespace corrieval {
+
+class CBarEx;
+class CCorrievalDoc;
+
+// First and second time brackets made and removed from one selected bar. A new marker brackets
+// the bar as the first time and the bar after it (on the next system when the bar ends its
+// stave) as the second; the piper drags its legs further afterwards.
+
+// The bar starts no repeat yet, lies in a music area and has a bar after it.
+bool CanInsertRepeat(const CBarEx& bar);
+void InsertRepeat(CBarEx& bar, CCorrievalDoc& doc);
+// The bar starts a repeat whose marker is still there.
+bool CanDeleteRepeat(const CBarEx& bar);
+// Takes the bar's marker away; its notes play on every pass again. The bar after keeps its role
+// as a second-time bar.
+void DeleteRepeat(CBarEx& bar, CCorrievalDoc& doc);
+
+} // namespace corrieval
