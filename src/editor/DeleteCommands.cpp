@@ -85,6 +85,12 @@ bool DeleteSelection(CScoSelection& selection, CCorrievalDoc& doc, bool destroy)
             UntieWithin(*item, doc);
             parent->RemoveChild(item, true);
             parent->InvalidateSelf();
+            // A beamed group whose last note went is nothing to see or play: it goes too.
+            if (auto* group = dynamic_cast<CNoteGroupEx*>(parent);
+                group != nullptr && group->ChildCount() == 0) {
+                if (CGraphObjContainer* bar = group->Parent())
+                    bar->RemoveChild(group, true);
+            }
         } else if (auto* page = dynamic_cast<CTunePage*>(item); page != nullptr && destroy) {
             UntieWithin(*page, doc);
             doc.DeletePage(page);

@@ -125,8 +125,7 @@ TEST(EditCommands, GroupAndUngroupByKeyAndButtonClearTheSelection)
     tune.Select({&a, &b});
     ASSERT_TRUE(tune.Enabled(Group));
     tune.Key(Qt::Key_G);
-    const auto groups = ChildrenOf<CNoteGroupEx>(bar);
-    ASSERT_EQ(groups.size(), 1u);
+    ASSERT_EQ(ChildrenOf<CNoteGroupEx>(bar).size(), 1u);
     EXPECT_EQ(a.Duration, 16);
     EXPECT_TRUE(tune.View.Selection().Empty());
 
@@ -137,12 +136,22 @@ TEST(EditCommands, GroupAndUngroupByKeyAndButtonClearTheSelection)
     EXPECT_EQ(a.Duration, 32);
     EXPECT_EQ(ChildrenOf<CNoteGroupEx>(bar).size(), 1u);
 
-    tune.Select({groups.front()});
+    // Deleting every note of a group takes the group with them; undo brings all back, as new
+    // objects read from the tune's bytes.
+    tune.Select({&a, &b});
+    tune.Run(Delete);
+    EXPECT_EQ(bar.ChildCount(), 0u);
+    tune.Run(Undo);
+    CBarEx& restored = tune.Bar(0, 0);
+    ASSERT_EQ(ChildrenOf<CNoteGroupEx>(restored).size(), 1u);
+    CNoteGroupEx* group = ChildrenOf<CNoteGroupEx>(restored).front();
+
+    tune.Select({group});
     tune.Run(Ungroup);
-    tune.Select({groups.front()});
+    tune.Select({group});
     tune.Key(Qt::Key_U);
-    EXPECT_TRUE(ChildrenOf<CNoteGroupEx>(bar).empty());
-    EXPECT_EQ(ChildrenOf<CNoteEx>(bar).size(), 2u);
+    EXPECT_TRUE(ChildrenOf<CNoteGroupEx>(restored).empty());
+    EXPECT_EQ(ChildrenOf<CNoteEx>(restored).size(), 2u);
     EXPECT_TRUE(tune.View.Selection().Empty());
 }
 
