@@ -1,20 +1,12 @@
 #include "editor/CheckValues.h"
 
-#include "model/BarEx.h"
-#include "model/StaveArea.h"
+#include "editor/AreaBars.h"
 
 namespace corrieval {
 
 void ShowBarValues(CStaveArea& area, bool on)
 {
-    for (const auto& group : area.Children()) {
-        for (const auto& stave : static_cast<const CGraphObjContainer&>(*group).Children()) {
-            for (const auto& bar : static_cast<const CGraphObjContainer&>(*stave).Children()) {
-                if (auto* each = dynamic_cast<CBarEx*>(bar.get()))
-                    each->UpdateValueColour(on, true);
-            }
-        }
-    }
+    ForEachBar(area, [on](CBarEx& bar) { bar.UpdateValueColour(on, true); });
 }
 
 } // namespace corrieval

@@ -10,6 +10,7 @@
 #include "model/TunePage.h"
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
+#include "notation/RepeatTiming.h"
 #include "notation/TieCommand.h"
 
 #include <algorithm>
@@ -91,6 +92,8 @@ bool DeleteSelection(CScoSelection& selection, CCorrievalDoc& doc, bool destroy)
                 if (CGraphObjContainer* bar = group->Parent())
                     bar->RemoveChild(group, true);
             }
+        } else if (auto* marker = dynamic_cast<CRepeatTiming*>(item)) {
+            DeleteMarker(*marker, doc);
         } else if (auto* page = dynamic_cast<CTunePage*>(item); page != nullptr && destroy) {
             UntieWithin(*page, doc);
             doc.DeletePage(page);

@@ -11,9 +11,9 @@ class CScoSelection;
 
 // "Delete" on what a view has selected, in its three cases: one bar takes its whole column of
 // the system with it (and its repeat first), a page goes after a question, and anything else is
-// taken out of its parent. Tied notes are never deleted on their own: the piper unties them
-// first, so that no tie is left pointing at a note that is gone. Notes that go with their bar,
-// area or page leave their ties with them.
+// taken out of its parent, a repeat marker out of its area. Tied notes are never deleted on
+// their own: the piper unties them first, so that no tie is left pointing at a note that is
+// gone. Notes that go with their bar, area or page leave their ties with them.
 
 // A selected note, or a note of a selected beamed group, is tied.
 bool HoldsTiedNotes(const std::vector<CScoObj*>& selection);

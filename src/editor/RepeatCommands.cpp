@@ -1,5 +1,6 @@
 #include "editor/RepeatCommands.h"
 
+#include "editor/AreaBars.h"
 #include "model/BarConfig.h"
 #include "model/BarEx.h"
 #include "model/StaveArea.h"
@@ -71,6 +72,27 @@ void DeleteRepeat(CBarEx& bar, CCorrievalDoc& doc)
     CRepeatTiming* marker = std::exchange(bar.RepeatTiming, nullptr);
     marker->ClearStamps(WrittenTune(doc).Notes());
     area->RemoveRepeatMarker(marker);
+}
+
+void DeleteMarker(CRepeatTiming& marker, CCorrievalDoc& doc)
+{
+    CStaveArea* area = marker.Area;
+    if (area == nullptr)
+        return;
+    CBarEx* owner = nullptr;
+    ForEachBar(*area, [&](CBarEx& bar) {
+        if (bar.RepeatTiming == &marker)
+            owner = &bar;
+    });
+    if (owner != nullptr && CanDeleteRepeat(*owner) && CStaveArea::NextBar(*owner) != nullptr) {
+        DeleteRepeat(*owner, doc);
+        return;
+    }
+    // A marker that no bar starts (as an older tune may have it) still lets go of its notes.
+    if (owner != nullptr)
+        owner->RepeatTiming = nullptr;
+    marker.ClearStamps(WrittenTune(doc).Notes());
+    area->RemoveRepeatMarker(&marker);
 }
 
 } // namespace corrieval

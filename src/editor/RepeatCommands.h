@@ -4,6 +4,7 @@ namespace corrieval {
 
 class CBarEx;
 class CCorrievalDoc;
+class CRepeatTiming;
 
 // First and second time brackets made and removed from one selected bar. A new marker brackets
 // the bar as the first time and the bar after it (on the next system when the bar ends its
@@ -17,5 +18,7 @@ bool CanDeleteRepeat(const CBarEx& bar);
 // Takes the bar's marker away; its notes play on every pass again. The bar after keeps its role
 // as a second-time bar.
 void DeleteRepeat(CBarEx& bar, CCorrievalDoc& doc);
+// The same for a marker selected by its line: it leaves its area and its bar.
+void DeleteMarker(CRepeatTiming& marker, CCorrievalDoc& doc);
 
 } // namespace corrieval

@@ -1,5 +1,6 @@
 #include "EditCommandTestSupport.h"
 #include "editor/PropertyDialogs.h"
+#include "editor/RepeatCommands.h"
 #include "model/AbbreviationArea.h"
 #include "model/BarConfig.h"
 #include "model/TunePage.h"
@@ -260,6 +261,13 @@ TEST(EditCommands, RepeatsBracketABarAndTheNextAndComeOffAgain)
     EXPECT_EQ(next.Config->RepeatEnding, CBarConfig::SecondTime);
     EXPECT_EQ(tune.Note(0, 1, 0).RepeatKind, 0);
     EXPECT_EQ(tune.Note(0, 1, 0).RepeatId, 1);
+
+    // A marker deleted by itself, as a click on its line selects it, leaves its bar as well.
+    tune.Run(InsertRepeats);
+    DeleteMarker(*last.RepeatTiming, tune.Doc());
+    EXPECT_EQ(last.RepeatTiming, nullptr);
+    EXPECT_TRUE(tune.Music().RepeatMarkers.empty());
+    EXPECT_EQ(tune.Note(0, 1, 0).RepeatKind, 0);
 
     // The last bar of the area has no bar to bracket as a second time.
     tune.Select({&tune.Bar(1, 1)});
