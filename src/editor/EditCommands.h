@@ -2,7 +2,7 @@
 
 #include "editor/CommandTarget.h"
 
-#include <QString>
+#include <unordered_map>
 
 class QKeyEvent;
 
@@ -33,10 +33,15 @@ public:
     CScoObj* PasteTarget() const;
 
 private:
+    // Every command the view owns, with what it runs.
+    using ActionTable = std::unordered_map<int, void (*)(EditCommands&)>;
+    static const ActionTable& Actions();
+
     bool Editable() const;
     bool Enabled(int id) const;
     bool Checked(int id) const;
 
+    void AddPage();
     void PendArea(const CRuntimeClass& kind);
     void ToggleDotCut(int kind);
     void Tie();
@@ -48,6 +53,7 @@ private:
     void DeleteRepeat();
     void Properties();
     void AutoOrganise();
+    void Restack(bool toFront);
     void Justify(int alignment);
     void ToggleCheckValues();
     void Cut();
