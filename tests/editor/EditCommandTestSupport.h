@@ -9,7 +9,7 @@
 #include "support/ScoreWalk.h"
 
 #include <QTest>
-#include <initializer_list>
+#include <vector>
 
 namespace corrieval::testing {
 
@@ -34,7 +34,7 @@ struct EditedTune {
         return static_cast<CNoteEx&>(*Bar(system, column).ChildAt(index));
     }
 
-    void Select(std::initializer_list<CScoObj*> objects)
+    void Select(const std::vector<CScoObj*>& objects)
     {
         View.Selection().Clear();
         for (CScoObj* object : objects)

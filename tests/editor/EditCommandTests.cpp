@@ -197,12 +197,6 @@ TEST(EditCommands, DeleteTakesNotesBarColumnsAndPagesAsAskedAndKeepsAGroupsLastB
     tune.Key(Qt::Key_Delete);
     EXPECT_EQ(messages.Texts.size(), 3);
     EXPECT_EQ(tune.Doc().Pages.size(), 1u);
-
-    // A locked tune greys Delete and Properties.
-    tune.Doc().Locked = 1;
-    tune.Select({&tune.Bar(1, 0)});
-    EXPECT_FALSE(tune.Enabled(Delete));
-    EXPECT_FALSE(tune.Enabled(Properties));
 }
 
 TEST(EditCommands, DeletingABarOrAreaTakesItsTiesAlong)

@@ -83,44 +83,36 @@ TEST(EditUndo, EachCommandIsOneStepBackToTheSameBytes)
     RecordingMessages messages;
     messages.Answer = MessageAnswer::Yes;
     EditedTune tune(TwoSystems());
-    const auto select = [&tune](std::function<std::vector<CScoObj*>()> items) {
-        return [&tune, items] {
-            tune.View.Selection().Clear();
-            for (CScoObj* item : items())
-                tune.View.Selection().Add(item);
-        };
-    };
+    using Items = std::vector<CScoObj*>;
     struct Change {
-        std::function<void()> Select;
+        std::function<Items()> Selected;
         int Command = 0;
         Qt::Key Key = Qt::Key_unknown;
     };
     const std::vector<Change> changes = {
-        {select([&] { return std::vector<CScoObj*>{&tune.Note(0, 0, 0)}; }), Dot},
-        {select([&] { return std::vector<CScoObj*>{&tune.Note(0, 0, 0)}; }), 0, Qt::Key_C},
-        {select([&] {
-             return std::vector<CScoObj*>{&tune.Note(0, 0, 0), &tune.Note(0, 0, 1)};
-         }),
+        {[&] { return Items{&tune.Note(0, 0, 0)}; }, Dot},
+        {[&] { return Items{&tune.Note(0, 0, 0)}; }, 0, Qt::Key_C},
+        {[&] {
+             return Items{&tune.Note(0, 0, 0), &tune.Note(0, 0, 1)};
+         },
          0, Qt::Key_G},
-        {select([&] { return std::vector<CScoObj*>{tune.Bar(0, 0).ChildAt(0)}; }), 0, Qt::Key_U},
-        {select([&] {
-             return std::vector<CScoObj*>{&tune.Note(0, 1, 0), &tune.Note(0, 1, 1), &tune.Note(0, 2, 0)};
-         }),
+        {[&] { return Items{tune.Bar(0, 0).ChildAt(0)}; }, 0, Qt::Key_U},
+        {[&] {
+             return Items{&tune.Note(0, 1, 0), &tune.Note(0, 1, 1), &tune.Note(0, 2, 0)};
+         },
          0, Qt::Key_T},
-        {select([&] { return std::vector<CScoObj*>{&tune.Bar(0, 2)}; }), InsertBar},
-        {select([&] { return std::vector<CScoObj*>{&tune.Bar(1, 1)}; }), Delete},
-        {select([&] { return std::vector<CScoObj*>{&tune.Note(1, 0, 0)}; }), 0, Qt::Key_Up},
-        {select([&] { return std::vector<CScoObj*>{&tune.Note(1, 0, 1)}; }), 0, Qt::Key_Delete},
-        {select([&] { return std::vector<CScoObj*>{&tune.Music()}; }), AutoOrganise},
-        {select(
-             [&] { return std::vector<CScoObj*>{ChildrenOf<CTextArea>(*tune.Doc().Pages.front()).front()}; }),
-         AlignLeft},
-        {select([&] { return std::vector<CScoObj*>{&tune.Music()}; }), SendToBack},
-        {select([] { return std::vector<CScoObj*>{}; }), InsertPage},
+        {[&] { return Items{&tune.Bar(0, 2)}; }, InsertBar},
+        {[&] { return Items{&tune.Bar(1, 1)}; }, Delete},
+        {[&] { return Items{&tune.Note(1, 0, 0)}; }, 0, Qt::Key_Up},
+        {[&] { return Items{&tune.Note(1, 0, 1)}; }, 0, Qt::Key_Delete},
+        {[&] { return Items{&tune.Music()}; }, AutoOrganise},
+        {[&] { return Items{ChildrenOf<CTextArea>(*tune.Doc().Pages.front()).front()}; }, AlignLeft},
+        {[&] { return Items{&tune.Music()}; }, SendToBack},
+        {[] { return Items{}; }, InsertPage},
     };
     std::vector<QByteArray> states{tune.Bytes()};
     for (const Change& change : changes) {
-        change.Select();
+        tune.Select(change.Selected());
         if (change.Command != 0) {
             ASSERT_TRUE(tune.Enabled(change.Command)) << change.Command;
             tune.View.RunCommand(change.Command);
