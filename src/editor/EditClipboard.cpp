@@ -1,4 +1,3 @@
-#include "editor/CommandIds.h"
 #include "editor/CorrievalView.h"
 #include "editor/DeleteCommands.h"
 #include "editor/EditCommands.h"

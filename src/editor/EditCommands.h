@@ -28,10 +28,6 @@ public:
     // itself decides, and the page question still guards a page.
     bool KeyPressed(const QKeyEvent& event);
 
-    // The object a paste goes to: the head of the selection or, with nothing selected, the
-    // first page in view.
-    CScoObj* PasteTarget() const;
-
 private:
     // Every command the view owns, with what it runs.
     using ActionTable = std::unordered_map<int, void (*)(EditCommands&)>;
@@ -57,6 +53,9 @@ private:
     void Justify(int alignment);
     void ToggleCheckValues();
     void Cut();
+    // The object a paste goes to: the head of the selection or, with nothing selected, the
+    // first page in view.
+    CScoObj* PasteTarget() const;
     void Paste();
     // Drops what the view's edit state points at that a deletion took away.
     void ForgetRemoved();

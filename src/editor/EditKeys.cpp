@@ -1,5 +1,4 @@
 #include "editor/CorrievalView.h"
-#include "editor/DeleteCommands.h"
 #include "editor/EditCommands.h"
 #include "editor/StaveNavigation.h"
 #include "model/BarEx.h"
