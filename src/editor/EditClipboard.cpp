@@ -1,6 +1,7 @@
 #include "editor/CorrievalView.h"
 #include "editor/DeleteCommands.h"
 #include "editor/EditCommands.h"
+#include "editor/RepeatCommands.h"
 #include "editor/ScoreClipboard.h"
 #include "model/CorrievalDoc.h"
 #include "model/TunePage.h"
@@ -40,7 +41,10 @@ void EditCommands::Paste()
     CScoObj* target = PasteTarget();
     if (!ScoreClipboard::Instance().CanPaste(target))
         return;
-    m_view.History().Record(QStringLiteral("Paste"), [&] { ScoreClipboard::Instance().Paste(target); });
+    // Pasted notes arrive out of any bracket; those landing inside one play on its pass only.
+    m_view.History().Record(QStringLiteral("Paste"), [&] {
+        StampNotesAddedBy(*m_view.Document(), [target] { ScoreClipboard::Instance().Paste(target); });
+    });
     m_view.OnUpdate();
 }
 

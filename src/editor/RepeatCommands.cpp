@@ -3,9 +3,14 @@
 #include "editor/AreaBars.h"
 #include "model/BarConfig.h"
 #include "model/BarEx.h"
+#include "model/CorrievalDoc.h"
 #include "model/StaveArea.h"
+#include "model/TunePage.h"
+#include "notation/NoteEx.h"
 #include "notation/RepeatTiming.h"
 #include "playback/TuneSequence.h"
+
+#include <unordered_set>
 
 namespace corrieval {
 
@@ -31,6 +36,24 @@ public:
 
 private:
     CTuneSequence m_sequence;
+};
+
+// The written notes that were not in the tune before.
+class AddedNotes : public WrittenNotes {
+public:
+    AddedNotes(const WrittenNotes& all, const std::unordered_set<const CNoteEx*>& before)
+        : m_all(all), m_before(before)
+    {
+    }
+    void VisitPart(int part, const std::function<bool(const PlayedNote&)>& visit) const override
+    {
+        m_all.VisitPart(
+            part, [&](const PlayedNote& played) { return m_before.contains(played.Note) || visit(played); });
+    }
+
+private:
+    const WrittenNotes& m_all;
+    const std::unordered_set<const CNoteEx*>& m_before;
 };
 
 } // namespace
@@ -72,6 +95,29 @@ void DeleteRepeat(CBarEx& bar, CCorrievalDoc& doc)
     CRepeatTiming* marker = std::exchange(bar.RepeatTiming, nullptr);
     marker->ClearStamps(WrittenTune(doc).Notes());
     area->RemoveRepeatMarker(marker);
+}
+
+void StampNotesAddedBy(CCorrievalDoc& doc, const std::function<void()>& change)
+{
+    std::unordered_set<const CNoteEx*> before;
+    const WrittenTune earlier(doc);
+    for (int part = 0; part < WrittenNotes::PartCount; ++part) {
+        earlier.Notes().VisitPart(part, [&before](const PlayedNote& played) {
+            before.insert(played.Note);
+            return true;
+        });
+    }
+    change();
+    const WrittenTune later(doc);
+    const AddedNotes added(later.Notes(), before);
+    for (const auto& page : doc.Pages) {
+        for (const auto& child : page->Children()) {
+            if (const auto* area = dynamic_cast<const CStaveArea*>(child.get())) {
+                for (const auto& marker : area->RepeatMarkers)
+                    marker->Stamp(added);
+            }
+        }
+    }
 }
 
 void DeleteMarker(CRepeatTiming& marker, CCorrievalDoc& doc)

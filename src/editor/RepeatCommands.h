@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 namespace corrieval {
 
 class CBarEx;
@@ -20,5 +22,9 @@ bool CanDeleteRepeat(const CBarEx& bar);
 void DeleteRepeat(CBarEx& bar, CCorrievalDoc& doc);
 // The same for a marker selected by its line: it leaves its area and its bar.
 void DeleteMarker(CRepeatTiming& marker, CCorrievalDoc& doc);
+// Runs `change`, which adds notes (a paste, a drop), and gives each added note that stands in a
+// first or second time bracket that section's stamp: without one it would play on both passes.
+// Notes that were there before keep what they have, as an imported tune's notes do.
+void StampNotesAddedBy(CCorrievalDoc& doc, const std::function<void()>& change);
 
 } // namespace corrieval

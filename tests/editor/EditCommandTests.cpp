@@ -248,6 +248,18 @@ TEST(EditCommands, RepeatsBracketABarAndTheNextAndComeOffAgain)
     EXPECT_FALSE(tune.Enabled(InsertRepeats));
     ASSERT_TRUE(tune.Enabled(DeleteRepeats));
 
+    // A note pasted into the first time afterwards plays on the first pass only; a note there
+    // without a stamp (as an imported tune may have it) keeps none.
+    tune.Note(0, 1, 1).RepeatKind = 0;
+    tune.Select({&tune.Note(0, 0, 0)});
+    tune.Run(Copy);
+    tune.Select({&last});
+    tune.Run(Paste);
+    ASSERT_EQ(last.ChildCount(), 3u);
+    EXPECT_EQ(static_cast<CNoteEx&>(*last.ChildAt(2)).RepeatKind, 1);
+    EXPECT_EQ(tune.Note(0, 1, 1).RepeatKind, 0);
+    tune.View.EditState().MayInsertRepeats = true;
+
     tune.Run(DeleteRepeats);
     EXPECT_EQ(last.RepeatTiming, nullptr);
     EXPECT_TRUE(tune.Music().RepeatMarkers.empty());
