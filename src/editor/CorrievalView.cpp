@@ -12,6 +12,7 @@
 #include "formats/bww/BwwFile.h"
 #include "formats/glenmarch/GlenmarchFile.h"
 #include "model/CorrievalDoc.h"
+#include "model/SessionState.h"
 #include "model/TunePage.h"
 #include "platform/QtPainter.h"
 
@@ -60,7 +61,11 @@ CCorrievalView::CCorrievalView(CCorrievalDoc& doc, ViewHost& host, QWidget* pare
         m_selection.Forget();
         m_edit.ForgetScore();
     });
-    connect(&m_history, &UndoHistory::restored, this, [this] { OnUpdate(); });
+    connect(&m_history, &UndoHistory::restored, this, [this] {
+        // The lock travels with the score: the painters read it from the session.
+        Session().Locked = m_doc.Locked != 0;
+        OnUpdate();
+    });
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setMouseTracking(true);
     // Every pixel of the viewport comes from the back buffer.

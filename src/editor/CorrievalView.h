@@ -68,6 +68,9 @@ public:
     // The zoom as the status bar shows it: a whole percentage, truncated.
     int ZoomPercent() const;
     bool ZoomsToWidth() const { return m_zoomToWidth; }
+    // Holds the zoom where it is, or lets it follow the width again, without a repaint: for a
+    // dialog whose changes must not refit the zoom while it is open.
+    void SetZoomsToWidth(bool on) { m_zoomToWidth = on; }
 
     // Recomputes the document's extent, the zoom when it follows the width, and the scroll
     // ranges, then repaints `changed` alone or, without it, everything.

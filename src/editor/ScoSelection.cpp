@@ -119,6 +119,12 @@ std::vector<CNoteEx*> CScoSelection::Notes() const
     return notes;
 }
 
+void CScoSelection::ResavePitches()
+{
+    for (CNoteEx* note : Notes())
+        m_savedPitches[note] = note->Pitch;
+}
+
 std::optional<NotePitch> CScoSelection::SavedPitch(const CNoteEx& note) const
 {
     auto it = m_savedPitches.find(&note);

@@ -52,6 +52,9 @@ public:
     std::vector<CNoteEx*> Notes() const;
     // The note's pitch when it joined the selection.
     std::optional<NotePitch> SavedPitch(const CNoteEx& note) const;
+    // The selected notes' pitches as they stand become the base for moves, after a move that
+    // kept the selection (the arrow keys).
+    void ResavePitches();
 
 private:
     std::vector<CScoObj*> m_items;

@@ -27,6 +27,7 @@ public:
     bool Underline() const { return Raw[21] != 0; }
     void SetUnderline(bool on) { Raw[21] = on ? 1 : 0; }
     bool StrikeOut() const { return Raw[22] != 0; }
+    void SetStrikeOut(bool on) { Raw[22] = on ? 1 : 0; }
     std::uint8_t Quality() const { return Raw[26]; }
     void SetQuality(std::uint8_t q) { Raw[26] = q; }
     QString FaceName() const;

@@ -69,6 +69,8 @@ bool CChildFrame::SaveTo(const QString& path)
     }
     m_doc->SetPathName(path);
     m_doc->SetModifiedFlag(false);
+    // Undoing or redoing back to this state leaves the tune unmodified again.
+    m_view->History().MarkSaved();
     RefreshTitle();
     emit Saved(path);
     return true;
@@ -130,7 +132,6 @@ bool CChildFrame::RunCommand(int id)
     case command::FileSaveAs: SaveAs(); return true;
     case command::FileClose: close(); return true;
     case command::PageSetup: m_doc->EditPageSetup(); return true;
-    case command::InsertPage: m_doc->AddPage(m_doc->Pages.size()); return true;
     case command::ExportSkp: ExportPlayerFile(); return true;
     default: return false;
     }
@@ -144,9 +145,6 @@ bool CChildFrame::UpdateCommand(int id, CommandState& state)
     case command::FileClose:
     case command::PageSetup:
         state.enabled = true;
-        return true;
-    case command::InsertPage:
-        state.enabled = m_doc->Locked == 0;
         return true;
     case command::ExportSkp:
         state.enabled = m_doc->HasMusic();

@@ -16,7 +16,7 @@ class CTuneSequence;
 class ViewHost;
 
 // One tab of the main window: a tune, its view and what it plays. It owns the document's
-// commands (Save, Save As, Close, Page Setup, Page, SKP export) and asks before a modified tune
+// commands (Save, Save As, Close, Page Setup, SKP export) and asks before a modified tune
 // is closed.
 class CChildFrame : public QMdiSubWindow, public CommandTarget {
     Q_OBJECT

@@ -102,6 +102,8 @@ CMainFrame::CMainFrame(std::function<std::unique_ptr<AudioDevice>()> devices, co
     // Commands are brought up to date whenever the program has nothing else to do.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, m_commands,
             &CommandTable::UpdateAll);
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            &CMainFrame::ShowUndoSteps);
 
     m_quickStartTimer.setObjectName(QStringLiteral("3773"));
     m_quickStartTimer.setInterval(500);
@@ -181,6 +183,9 @@ CChildFrame* CMainFrame::AddChild(std::unique_ptr<CCorrievalDoc> doc)
 {
     auto* child = new CChildFrame(std::move(doc), *this, *this, [this](CChildFrame& c) { ChildClosing(c); });
     connect(child, &CChildFrame::Saved, this, &CMainFrame::FileUsed);
+    // Undo and redo replace the notes that the play lists point at: play lets go of them first.
+    connect(&child->View().History(), &UndoHistory::aboutToRestore, this,
+            [this, child] { m_transport->ViewClosing(&child->Sequence()); });
     m_mdiArea->addSubWindow(child);
     child->showMaximized();
     m_mdiArea->setActiveSubWindow(child);
@@ -493,15 +498,31 @@ void CMainFrame::ExportWav()
     m_transport->ExportWav(path);
 }
 
+void CMainFrame::ShowUndoSteps()
+{
+    CCorrievalView* view = ActiveView();
+    for (int id : {command::Undo, command::Redo}) {
+        QAction* action = m_commands->Action(id);
+        QString tip = view == nullptr       ? QString()
+                      : id == command::Undo ? view->History().UndoLabel()
+                                            : view->History().RedoLabel();
+        if (tip.isEmpty())
+            tip = action->text();
+        if (action->toolTip() != tip)
+            action->setToolTip(tip);
+    }
+}
+
 void CMainFrame::ToggleLock()
 {
     CChildFrame* child = ActiveChild();
     if (child == nullptr)
         return;
     CCorrievalDoc& doc = child->Document();
-    doc.Locked = doc.Locked != 0 ? 0 : 1;
+    // The lock is kept in the file, so it is a step of the history like any edit: undoing an
+    // earlier step must not quietly undo the lock with it.
+    child->View().History().Record(QStringLiteral("Lock"), [&doc] { doc.Locked = doc.Locked != 0 ? 0 : 1; });
     Session().Locked = doc.Locked != 0;
-    doc.SetModifiedFlag();
     // The view closes a text area's editor on a tune now locked.
     child->View().OnUpdate();
 }
@@ -552,7 +573,8 @@ bool CMainFrame::UpdateCommand(int id, CommandState& state)
         m_transport->UpdateCommand(id, state);
         return true;
     case command::Lock:
-        state.enabled = child != nullptr;
+        // A locked tune is one to play from: the lock is offered once it could be played.
+        state.enabled = child != nullptr && m_transport->CanLock() && child->Document().HasMusic();
         state.checked = child != nullptr && child->Document().Locked != 0;
         return true;
     case command::ShowMargins:
@@ -572,13 +594,6 @@ bool CMainFrame::UpdateCommand(int id, CommandState& state)
         return true;
     case command::Link:
         state.enabled = m_openLink != nullptr;
-        return true;
-    // The insert commands answer here, so that they are greyed with no tune open.
-    case command::InsertText:
-    case command::InsertMusic:
-    case command::InsertImage:
-    case command::InsertAbbreviation:
-        state.enabled = false;
         return true;
     default: return false;
     }

@@ -105,6 +105,8 @@ private:
     void ChildClosing(CChildFrame& child);
     void ExportWav();
     void ToggleLock();
+    // The quick access buttons' tips name the step that Undo and Redo would take.
+    void ShowUndoSteps();
     void OnQuickStartTimer();
     void ZoomChosen(int percent);
     void PlayOrStop();

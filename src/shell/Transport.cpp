@@ -103,6 +103,12 @@ bool CTransport::CanRender()
     return !IsPlaying() && m_mixer.Loaded() && bound != nullptr && bound->HasMusic();
 }
 
+bool CTransport::CanLock()
+{
+    Rebind();
+    return m_stream != nullptr && m_stream->Initialised() && !IsPlaying() && m_mixer.Sequence() != nullptr;
+}
+
 bool CTransport::CanPlay() { return m_stream != nullptr && m_stream->Initialised() && CanRender(); }
 
 void CTransport::Play()

@@ -70,6 +70,8 @@ public:
     // The same without the stream: what a WAV export needs.
     bool CanRender();
     bool IsPlaying() const;
+    // The sound output is up, silent, and bound to a tune's play lists: a tune may be locked.
+    bool CanLock();
     bool IsPaused() const { return m_stopwatch.IsPaused(); }
     bool LoopSet() const { return m_loopSet; }
 

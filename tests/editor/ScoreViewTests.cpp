@@ -74,8 +74,10 @@ TEST(ScoreView, AnEmptyDocumentIsAGreyDeskOfNoSize)
     CommandState state{true, true};
     EXPECT_TRUE(view.UpdateCommand(command::Print, state));
     EXPECT_FALSE(state.enabled); // nothing to print
-    EXPECT_FALSE(view.UpdateCommand(command::Copy, state));
-    EXPECT_FALSE(view.RunCommand(command::Copy));
+    EXPECT_TRUE(view.UpdateCommand(command::Copy, state));
+    EXPECT_FALSE(state.enabled); // nothing to copy
+    EXPECT_TRUE(view.UpdateCommand(command::Paste, state));
+    EXPECT_FALSE(state.enabled); // no page to paste onto
 }
 
 TEST(ScoreView, PagesAreCentredOnTheDeskAtEveryZoom)

@@ -12,11 +12,15 @@
 #include "shell/ribbon/Ribbon.h"
 #include "shell/Transport.h"
 #include "support/RecordingMessages.h"
+#include "support/ScoreWalk.h"
 
 #include <QAction>
+#include <QEventLoop>
 #include <QFile>
 #include <QMdiArea>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 using namespace corrieval;
@@ -75,11 +79,45 @@ TEST_F(FrameTest, ATuneOpensInATabOnceAndOffersItsCommands)
     EXPECT_EQ(Enabled(command::Play), SamplesPresent());
     EXPECT_EQ(Enabled(command::ExportWav), SamplesPresent());
 
-    // A locked tune offers no editing.
+    // A locked tune offers no editing of what is selected.
+    child->View().Selection().Add(child->Document().Pages.front().get());
+    EXPECT_TRUE(Enabled(command::Properties));
+    ASSERT_EQ(Enabled(command::Lock), SamplesPresent()) << "a tune may be locked once it could be played";
+    if (!SamplesPresent())
+        return;
     frame.Commands().Run(command::Lock);
     EXPECT_TRUE(Checked(command::Lock));
-    EXPECT_FALSE(Enabled(command::InsertPage));
+    EXPECT_FALSE(Enabled(command::Properties));
     EXPECT_TRUE(child->Document().IsModified());
+    EXPECT_EQ(child->View().History().UndoLabel(), QStringLiteral("Undo Lock"));
+}
+
+TEST_F(FrameTest, EditKeysReachTheViewOnceAndTheUndoShortcutUndoesThem)
+{
+    ASSERT_TRUE(frame.OpenDocument(SavedTune()));
+    frame.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+    CCorrievalView& view = frame.ActiveChild()->View();
+    CCorrievalDoc& doc = frame.ActiveChild()->Document();
+    const auto firstBar = [&doc]() -> CBarEx& { return BarOf(*MusicAreas(doc).front(), 0, 0); };
+    view.setFocus();
+    view.Selection().Add(firstBar().ChildAt(0));
+    // No action of the frame has Delete or a bare letter for its shortcut: the view takes them.
+    QTest::keyClick(&view, Qt::Key_Delete);
+    EXPECT_EQ(firstBar().ChildCount(), 1u);
+    EXPECT_EQ(view.History().Stack().count(), 1);
+    EXPECT_TRUE(doc.IsModified());
+    // The program falls idle: the ribbon and the shortcuts catch up.
+    QEventLoop idle;
+    QTimer::singleShot(20, &idle, &QEventLoop::quit);
+    idle.exec();
+    EXPECT_EQ(frame.Commands().Action(command::Undo)->toolTip(), QStringLiteral("Undo Delete"));
+
+    QTest::keyClick(&view, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(firstBar().ChildCount(), 2u);
+    EXPECT_FALSE(doc.IsModified());
+    QTest::keyClick(&view, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(firstBar().ChildCount(), 1u);
 }
 
 TEST_F(FrameTest, ADamagedOrMissingFileIsRefusedWithItsNameAndOpensNothing)

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ShownView.h"
+#include "editor/CommandIds.h"
+#include "editor/CorrievalView.h"
+#include "fixtures/ScoreFixtures.h"
+#include "formats/score/ScoreFile.h"
+#include "model/CorrievalDoc.h"
+#include "support/ScoreWalk.h"
+
+#include <QTest>
+#include <vector>
+
+namespace corrieval::testing {
+
+// A shown view of a small tune, driven as the ribbon and the keyboard drive it.
+struct EditedTune {
+    explicit EditedTune(const fixtures::TuneShape& shape)
+        : Shown(fixtures::BuildTune(shape)), View(*Shown.View)
+    {
+        Shown.Show();
+    }
+
+    // The view the model tells of selections and repaints, as the frame's active tab is.
+    void Activate()
+    {
+        SetActiveViewProvider([this] { return &View; });
+    }
+    CCorrievalDoc& Doc() const { return *Shown.Doc; }
+    CStaveArea& Music() const { return *MusicAreas(Doc()).front(); }
+    CBarEx& Bar(std::size_t system, std::size_t column) const { return BarOf(Music(), system, column); }
+    CNoteEx& Note(std::size_t system, std::size_t column, std::size_t index) const
+    {
+        return static_cast<CNoteEx&>(*Bar(system, column).ChildAt(index));
+    }
+
+    void Select(const std::vector<CScoObj*>& objects)
+    {
+        View.Selection().Clear();
+        for (CScoObj* object : objects)
+            View.Selection().Add(object);
+    }
+    CommandState State(int id)
+    {
+        CommandState state;
+        EXPECT_TRUE(View.UpdateCommand(id, state)) << id;
+        return state;
+    }
+    bool Enabled(int id) { return State(id).enabled; }
+    // As the command table runs a command: only when enabled.
+    void Run(int id)
+    {
+        if (Enabled(id))
+            View.RunCommand(id);
+    }
+    void Key(Qt::Key key) { QTest::keyClick(&View, key); }
+    QByteArray Bytes() const { return StoreScore(Doc(), QStringLiteral("tune.skb")); }
+
+    ShownView Shown;
+    CCorrievalView& View;
+};
+
+} // namespace corrieval::testing
