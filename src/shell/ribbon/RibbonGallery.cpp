@@ -3,10 +3,12 @@
 #include "shell/ribbon/RibbonIcons.h"
 
 #include <QAction>
+#include <QCursor>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenu>
 #include <QStyle>
+#include <QTimer>
 #include <QWidgetAction>
 
 namespace corrieval::ribbon {
@@ -29,6 +31,16 @@ RibbonGallery::RibbonGallery(QAction* action, int columns, QWidget* parent)
     m_popup->addAction(holder);
     setMenu(m_popup);
     setPopupMode(QToolButton::InstantPopup);
+    // The popup holds the mouse while it is open, so the button never hears the pointer leave
+    // and would keep its hover look; it is told once the popup has gone.
+    connect(m_popup, &QMenu::aboutToHide, this, [this] {
+        QTimer::singleShot(0, this, [this] {
+            if (!rect().contains(mapFromGlobal(QCursor::pos()))) {
+                setAttribute(Qt::WA_UnderMouse, false);
+                update();
+            }
+        });
+    });
 }
 
 void RibbonGallery::Clear()
