@@ -55,6 +55,7 @@ protected:
         return static_cast<CNoteEx&>(*Bar(column).ChildAt(index));
     }
     CScoSelection& Selection() { return View().Selection(); }
+    CTextArea& Title() { return *ChildrenOf<CTextArea>(Page()).front(); }
 
     void Paint() { shown.Grab(); }
     // A doubling just before the bar's first note, drawn so that its heads have their shapes.
@@ -94,6 +95,13 @@ protected:
         Release(to);
     }
     void Key(Qt::Key key) { QTest::keyClick(shown.View.get(), key); }
+    // The title, chosen by a click and painted, so that its handles can be grabbed.
+    CTextArea& SelectedTitle()
+    {
+        Click(Centre(Title().ContentBox()));
+        Paint();
+        return Title();
+    }
     PointF HeadOf(const CNoteEx& note) { return Centre(note.HeadRect); }
     // A point inside the bar's content box, clear of its notes' heads and stems.
     PointF EmptyPartOf(CBarEx& bar)
@@ -117,6 +125,14 @@ protected:
                 if (image.pixel(QPointF(QPointF(x, y) * ratio).toPoint()) == qRgb(0, 0, 255))
                     return true;
         return false;
+    }
+    // What the mouse did is `steps` undo steps, and undoing them gives back the tune as `saved`.
+    void ExpectUndoneTo(const QByteArray& saved, int steps = 1)
+    {
+        EXPECT_EQ(View().History().Stack().count(), steps);
+        for (int i = 0; i < steps; ++i)
+            View().History().Undo();
+        EXPECT_EQ(Bytes(Doc()), saved);
     }
     // The height in a bar that means `pitch` to a drag or a drop.
     static float PitchY(const CBarEx& bar, NotePitch pitch)
@@ -161,9 +177,8 @@ TEST_F(ViewMouseTest, AClickSelectsWhatLiesUnderIt)
     EXPECT_FALSE(View().EditState().MayInsertRepeats);
 
     // A click on the text area selects it; anything else clears the repeat flag.
-    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
-    Click(Centre(title.ContentBox()));
-    EXPECT_EQ(Selection().Single<CTextArea>(), &title);
+    Click(Centre(Title().ContentBox()));
+    EXPECT_EQ(Selection().Single<CTextArea>(), &Title());
     EXPECT_FALSE(View().EditState().MayInsertRepeats);
 }
 
@@ -232,18 +247,13 @@ TEST_F(ViewMouseTest, ABandOnAPendingAreaCreatesItWithItsContentAsOneStep)
     ASSERT_EQ(legends.size(), 1u);
     EXPECT_FALSE(static_cast<CStaveGroup&>(*legends.front()->ChildAt(0)).BarConfigs.empty());
 
-    View().History().Undo();
-    View().History().Undo();
-    EXPECT_EQ(Bytes(Doc()), saved);
-    EXPECT_FALSE(View().History().CanUndo());
+    ExpectUndoneTo(saved, 2);
 }
 
 TEST_F(ViewMouseTest, AreaDragsStayOnThePageAndAboveTheMinimumSize)
 {
-    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
-    title.SetBounds(title.Bounds().X + 1.0f, title.Bounds().Y, 3.0f, title.Bounds().Height);
-    Click(Centre(title.ContentBox()));
-    Paint();
+    Title().SetBounds(Title().Bounds().X + 1.0f, Title().Bounds().Y, 3.0f, Title().Bounds().Height);
+    CTextArea& title = SelectedTitle();
     const QByteArray saved = Bytes(Doc());
     const RectF page = Page().ContentBox();
 
@@ -261,21 +271,26 @@ TEST_F(ViewMouseTest, AreaDragsStayOnThePageAndAboveTheMinimumSize)
     EXPECT_FLOAT_EQ(title.Bounds().Width, title.MinimumWidth);
     EXPECT_FLOAT_EQ(title.Bounds().Right(), b.Right());
 
-    // Two steps, and undoing both gives back the tune as it was.
-    View().History().Undo();
-    View().History().Undo();
-    EXPECT_EQ(Bytes(Doc()), saved);
+    ExpectUndoneTo(saved, 2);
 }
 
-TEST_F(ViewMouseTest, EscapeDoesNotEndAnAreaDragButAnotherKeyDoes)
+// An area drag holds the keyboard: no shortcut runs and Escape is ignored; another key, or the
+// focus going elsewhere, ends the drag where it has got to.
+TEST_F(ViewMouseTest, DuringAnAreaDragEscapeAndShortcutsAreIgnoredAndAnotherKeyOrLostFocusEndsIt)
 {
-    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
-    Click(Centre(title.ContentBox()));
-    Paint();
-    const RectF b = title.Bounds();
-    const PointF grab{b.X + 0.01f, b.Y + b.Height / 3};
+    const auto shortcutTaken = [this] {
+        QKeyEvent undo(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
+        undo.ignore();
+        QCoreApplication::sendEvent(shown.View.get(), &undo);
+        return undo.isAccepted();
+    };
+    EXPECT_FALSE(shortcutTaken());
+    CTextArea& title = SelectedTitle();
+    RectF b = title.Bounds();
+    PointF grab{b.X + 0.01f, b.Y + b.Height / 3};
     Press(grab);
     Move({grab.X, grab.Y + 0.5f});
+    EXPECT_TRUE(shortcutTaken());
     Key(Qt::Key_Escape);
     Move({grab.X, grab.Y + 1.0f});
     EXPECT_NEAR(title.Bounds().Y, b.Y + 1.0f, 0.02f);
@@ -283,7 +298,18 @@ TEST_F(ViewMouseTest, EscapeDoesNotEndAnAreaDragButAnotherKeyDoes)
     Move({grab.X, grab.Y + 2.0f});
     Release({grab.X, grab.Y + 2.0f});
     EXPECT_NEAR(title.Bounds().Y, b.Y + 1.0f, 0.02f) << "the key kept the place reached";
-    EXPECT_EQ(View().History().Stack().count(), 1);
+
+    Paint();
+    b = title.Bounds();
+    grab = {b.X + b.Width / 3, b.Y + 0.01f};
+    Press(grab);
+    Move({grab.X, grab.Y + 0.5f});
+    QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(shown.View.get(), &out);
+    Move({grab.X, grab.Y + 1.5f});
+    Release({grab.X, grab.Y + 1.5f});
+    EXPECT_NEAR(title.Bounds().Y, b.Y + 0.5f, 0.02f);
+    EXPECT_EQ(View().History().Stack().count(), 2);
 }
 
 TEST_F(ViewMouseTest, OnlyALaterBarLineOfAStaveDrags)
@@ -308,8 +334,7 @@ TEST_F(ViewMouseTest, OnlyALaterBarLineOfAStaveDrags)
     EXPECT_NEAR(second.Bounds().X, line + 0.39f, 0.02f);
     EXPECT_FLOAT_EQ(second.Bounds().Right(), end);
     EXPECT_FLOAT_EQ(first.Bounds().Right(), second.Bounds().X);
-    View().History().Undo();
-    EXPECT_EQ(Bytes(Doc()), saved);
+    ExpectUndoneTo(saved);
 }
 
 TEST_F(ViewMouseTest, SeveralNotesMoveByTheSameStepsEachKeptOnTheStave)
@@ -335,9 +360,7 @@ TEST_F(ViewMouseTest, SeveralNotesMoveByTheSameStepsEachKeptOnTheStave)
     EXPECT_EQ(d.Pitch, 5);
     EXPECT_EQ(highA.Pitch, 4);
     Release({grab.X, PitchY(Bar(1), 5)});
-    EXPECT_EQ(View().History().Stack().count(), 1);
-    View().History().Undo();
-    EXPECT_EQ(Bytes(Doc()), saved);
+    ExpectUndoneTo(saved);
 }
 
 TEST_F(ViewMouseTest, AMoveThatLeavesANoteOutsideABarIsTakenBack)
@@ -413,8 +436,7 @@ TEST_F(ViewMouseTest, ALockedTuneSelectsButNothingMoves)
     EXPECT_EQ(music.Bounds(), b);
 
     // A text area cannot be chosen by a click in a locked tune.
-    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
-    Click(Centre(title.ContentBox()));
+    Click(Centre(Title().ContentBox()));
     EXPECT_EQ(Selection().Single<CTextArea>(), nullptr);
     EXPECT_EQ(Bytes(Doc()), saved);
     EXPECT_FALSE(View().History().CanUndo());
@@ -440,10 +462,7 @@ TEST_F(ViewMouseTest, ARightClickAsksForTheMenuUnlessItEndsSomething)
 TEST_F(ViewMouseTest, TheCursorShowsWhatAPressWouldDo)
 {
     const auto shape = [this] { return View().viewport()->cursor().shape(); };
-    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
-    Click(Centre(title.ContentBox()));
-    Paint();
-    const RectF b = title.Bounds();
+    const RectF b = SelectedTitle().Bounds();
     Move({b.X, b.Y});
     EXPECT_EQ(shape(), Qt::SizeFDiagCursor);
     Move({b.X + b.Width / 2, b.Bottom()});
@@ -457,31 +476,6 @@ TEST_F(ViewMouseTest, TheCursorShowsWhatAPressWouldDo)
     EXPECT_EQ(shape(), Qt::CrossCursor);
 }
 
-TEST_F(ViewMouseTest, NoShortcutRunsDuringADragAndLosingTheFocusEndsIt)
-{
-    const auto shortcutTaken = [this] {
-        QKeyEvent undo(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
-        undo.ignore();
-        QCoreApplication::sendEvent(shown.View.get(), &undo);
-        return undo.isAccepted();
-    };
-    EXPECT_FALSE(shortcutTaken());
-    CTextArea& title = *ChildrenOf<CTextArea>(Page()).front();
-    Click(Centre(title.ContentBox()));
-    Paint();
-    const RectF b = title.Bounds();
-    const PointF grab{b.X + b.Width / 3, b.Y + 0.01f};
-    Press(grab);
-    Move({grab.X, grab.Y + 0.5f});
-    EXPECT_TRUE(shortcutTaken());
-    QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
-    QCoreApplication::sendEvent(shown.View.get(), &out);
-    Move({grab.X, grab.Y + 1.5f});
-    Release({grab.X, grab.Y + 1.5f});
-    EXPECT_NEAR(title.Bounds().Y, b.Y + 0.5f, 0.02f);
-    EXPECT_EQ(View().History().Stack().count(), 1);
-}
-
 TEST_F(ViewMouseTest, CheckValuesEndsWithAClickOutsideItsArea)
 {
     Doc().CheckValues = 1;
@@ -490,7 +484,7 @@ TEST_F(ViewMouseTest, CheckValuesEndsWithAClickOutsideItsArea)
     Click(HeadOf(Note(1, 0)));
     EXPECT_EQ(View().EditState().CheckValuesArea, &Music());
 
-    Click(Centre(ChildrenOf<CTextArea>(Page()).front()->ContentBox()));
+    Click(Centre(Title().ContentBox()));
     EXPECT_EQ(View().EditState().CheckValuesArea, nullptr);
     EXPECT_EQ(Doc().CheckValues, 0);
     EXPECT_TRUE(Bar(0).UseBackground);
@@ -512,9 +506,7 @@ TEST_F(RepeatMouseTest, ARepeatLegMovesOverTheBarsAndATiedNoteStays)
     const PointF target{Centre(Bar(1).ContentBox()).X, static_cast<float>(leg.y())};
     Drag({static_cast<float>(leg.x()), static_cast<float>(leg.y())}, target);
     EXPECT_LT(marker.MiddlePosition, middle);
-    EXPECT_EQ(View().History().Stack().count(), 1);
-    View().History().Undo();
-    EXPECT_EQ(Bytes(Doc()), saved);
+    ExpectUndoneTo(saved);
 
     // The first note of the bracketed bar is tied to the next: it does not move, and the click
     // leaves no step.
