@@ -63,9 +63,6 @@ TEST_F(TransportTest, PlayPauseResumeStopAndRewindOfferWhatEachStateAllows)
     transport->Play();
     EXPECT_TRUE(transport->IsPlaying());
     EXPECT_TRUE(transport->Following());
-    // Each look at the clock covers about 20 of the mixer's ticks.
-    EXPECT_EQ(transport->FollowPeriodMs(),
-              static_cast<int>(transport->Mixer().TicksPerSecond() / 1000.0 * 20.0));
     EXPECT_TRUE(Enabled(command::Stop));
     EXPECT_FALSE(Enabled(command::Play));
     EXPECT_FALSE(Enabled(command::Loop));
@@ -195,7 +192,7 @@ TEST_F(TransportTest, PlayHighlightsTheNotesInTurnAndAStopLeavesNoneLit)
     EXPECT_GE(highlights.Stops, 1);
 }
 
-TEST(NoteFollower, ColoursThePlayingNoteAndGivesItsColourBack)
+TEST(NoteFollower, ColoursThePlayingNoteOfItsOwnTuneAndGivesItsColourBack)
 {
     auto doc = SmallTune();
     RecordingView view;
@@ -219,19 +216,12 @@ TEST(NoteFollower, ColoursThePlayingNoteAndGivesItsColourBack)
         EXPECT_TRUE(scrolled.empty());
     else
         EXPECT_EQ(scrolled, std::vector<int>{y});
-}
 
-TEST(NoteFollower, PassesOverNotesOfAnotherTuneAndWhenFollowingIsOff)
-{
-    auto doc = SmallTune();
+    // A note of another tune, and any note while following is off, keeps its colour.
     auto other = SmallTune();
-    auto& note = dynamic_cast<CNoteEx&>(*BarOf(*MusicAreas(*other)[0], 0, 0).ChildAt(0));
-    const std::uint32_t colour = note.Colour();
-    NoteFollower follower;
-    follower.Follow(&note, true, doc.get(), nullptr, [](int) {});
-    EXPECT_EQ(note.Colour(), colour);
-
+    follower.Follow(&note, true, other.get(), &view, scrollTo);
+    EXPECT_EQ(note.Colour(), 0xFF112233u);
     follower.FollowAllowed = false;
-    follower.Follow(&note, true, other.get(), nullptr, [](int) {});
-    EXPECT_EQ(note.Colour(), colour);
+    follower.Follow(&note, true, doc.get(), &view, scrollTo);
+    EXPECT_EQ(note.Colour(), 0xFF112233u);
 }

@@ -9,7 +9,6 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QImage>
-#include <QLabel>
 #include <QMenu>
 #include <QPainter>
 #include <QPixmap>
@@ -79,43 +78,6 @@ TEST(RibbonPanel, ControlsMirrorTheirActions)
     EXPECT_EQ(large->text(), QStringLiteral("Lock all\nareas"));
 }
 
-TEST(RibbonPanel, SmallControlsStackThreeToAColumnAndRowsGoSideBySide)
-{
-    RibbonPanel panel(QStringLiteral("Text"));
-    QList<QToolButton*> small;
-    for (const char* name : {"align-left", "align-centre", "align-right", "delete"})
-        small.append(panel.AddSmallButton(MakeAction(QLatin1String(name), QLatin1String(name), &panel)));
-    panel.BeginRow();
-    QLabel* first = panel.AddLabel(QStringLiteral("A"));
-    QLabel* second = panel.AddLabel(QStringLiteral("B"));
-    panel.adjustSize();
-    panel.show();
-    EXPECT_EQ(small[0]->x(), small[1]->x());
-    EXPECT_EQ(small[1]->x(), small[2]->x());
-    EXPECT_LT(small[0]->y(), small[1]->y());
-    EXPECT_LT(small[1]->y(), small[2]->y());
-    EXPECT_GT(small[3]->x(), small[0]->x());
-    EXPECT_EQ(small[3]->y(), small[0]->y());
-    EXPECT_EQ(first->y(), second->y());
-    EXPECT_GT(second->x(), first->x());
-    EXPECT_GT(first->x(), small[3]->x());
-}
-
-TEST(Ribbon, GivesIconsToWhatTheProgramPutsInTheApplicationMenu)
-{
-    Ribbon ribbon;
-    QAction* save = MakeAction(QStringLiteral("&Save"), QStringLiteral("save"), &ribbon);
-    QAction* quick = MakeAction(QStringLiteral("&Quick Print"), QStringLiteral("quick-print"), &ribbon);
-    ribbon.ApplicationMenu()->addAction(save);
-    QMenu* print = ribbon.ApplicationMenu()->addMenu(QStringLiteral("Print"));
-    print->addAction(quick);
-    EXPECT_FALSE(save->icon().isNull());
-    EXPECT_FALSE(quick->icon().isNull());
-    const QPalette dark = LookPalette(command::StyleBlack);
-    ribbon.setPalette(dark);
-    EXPECT_GT(PixelsNear(quick->icon(), 16, dark.color(QPalette::ButtonText)), 0);
-}
-
 TEST(RibbonGallery, ChoiceIsSignalledAndShownOnTheFace)
 {
     RibbonPanel panel(QStringLiteral("Notation"));
@@ -145,8 +107,6 @@ TEST(RibbonGallery, ChoiceIsSignalledAndShownOnTheFace)
 
     gallery->SetFace(7);
     EXPECT_EQ(gallery->Face(), 2);
-    gallery->SetLit(true);
-    EXPECT_TRUE(gallery->property("lit").toBool());
     gallery->Clear();
     EXPECT_EQ(gallery->Count(), 0);
     EXPECT_EQ(gallery->Face(), -1);
@@ -211,11 +171,7 @@ TEST(Ribbon, TabsSwitchCategories)
     ribbon.SetCurrentCategory(5);
     EXPECT_EQ(ribbon.CurrentCategory(), 1);
     EXPECT_EQ(switched.count(), 1);
-    QList<QToolButton*> tabs;
-    for (QToolButton* button : ribbon.findChildren<QToolButton*>()) {
-        if (button->objectName() == QStringLiteral("ribbonTab"))
-            tabs.append(button);
-    }
+    const QList<QToolButton*> tabs = ribbon.findChildren<QToolButton*>(QStringLiteral("ribbonTab"));
     ASSERT_EQ(tabs.size(), 2);
     tabs[0]->click();
     EXPECT_EQ(ribbon.CurrentCategory(), 0);
@@ -223,7 +179,9 @@ TEST(Ribbon, TabsSwitchCategories)
     EXPECT_FALSE(tabs[1]->isChecked());
 }
 
-TEST(RibbonIcon, IsDrawnInThePalettesColours)
+// Icons are drawn in the look's colours, and redrawn when it changes: on the panels and in the
+// application menu, where the program adds its own commands.
+TEST(Ribbon, DrawsItsIconsInThePalettesColoursAndFollowsAChange)
 {
     for (int look : {command::StyleBlue, command::StyleBlack}) {
         const QPalette palette = LookPalette(look);
@@ -234,17 +192,17 @@ TEST(RibbonIcon, IsDrawnInThePalettesColours)
         }
     }
     EXPECT_TRUE(RibbonIcon(QStringLiteral("no-such-icon"), QPalette()).isNull());
-}
 
-TEST(Ribbon, FollowsAChangeOfPalette)
-{
     Ribbon ribbon;
-    RibbonPanel* panel = ribbon.AddCategory(QStringLiteral("Edit"))->AddPanel(QStringLiteral("Actions"));
     QAction* lock = MakeAction(QStringLiteral("Lock"), QStringLiteral("lock"), &ribbon);
-    panel->AddLargeButton(lock);
+    ribbon.AddCategory(QStringLiteral("Edit"))->AddPanel(QStringLiteral("Actions"))->AddLargeButton(lock);
+    QAction* quick = MakeAction(QStringLiteral("&Quick Print"), QStringLiteral("quick-print"), &ribbon);
+    ribbon.ApplicationMenu()->addMenu(QStringLiteral("Print"))->addAction(quick);
+    EXPECT_FALSE(quick->icon().isNull());
     const QPalette dark = LookPalette(command::StyleBlack);
     ribbon.setPalette(dark);
     EXPECT_GT(PixelsNear(lock->icon(), 32, dark.color(QPalette::ButtonText)), 0);
+    EXPECT_GT(PixelsNear(quick->icon(), 16, dark.color(QPalette::ButtonText)), 0);
     EXPECT_TRUE(ribbon.styleSheet().contains(dark.color(QPalette::Window).name()));
 }
 
@@ -259,12 +217,6 @@ TEST(LookPalette, GivesEachLookItsColours)
         EXPECT_GT(lightness(look, QPalette::Window), 0.85) << look;
         EXPECT_LT(lightness(look, QPalette::WindowText), 0.25) << look;
     }
-    const int blue = LookPalette(command::StyleBlue).color(QPalette::Highlight).hslHue();
-    const int teal = LookPalette(command::StyleAqua).color(QPalette::Highlight).hslHue();
-    EXPECT_NEAR(blue, 215, 15);
-    EXPECT_NEAR(teal, 183, 15);
-    EXPECT_LT(LookPalette(command::StyleSilver).color(QPalette::Highlight).hslSaturationF(), 0.3);
-
     const QPalette fusion =
         std::unique_ptr<QStyle>(QStyleFactory::create(QStringLiteral("Fusion")))->standardPalette();
     for (int look = command::StyleFirst; look < command::StyleBlue; ++look)
