@@ -61,6 +61,16 @@ TEST_F(FrameTest, WithNoTuneOpenOnlyTheApplicationsWayInIsOffered)
         EXPECT_FALSE(Enabled(id)) << id;
     EXPECT_TRUE(Enabled(command::ShowMargins));
     EXPECT_TRUE(Enabled(command::AutoZoom));
+
+    // A command whose owner is missing does not run, from a shortcut either, rather than reach a
+    // null tune; one the frame owns runs and shows its state.
+    EXPECT_FALSE(frame.Commands().Run(command::FileSave) && Enabled(command::FileSave));
+    QAction* margins = frame.Commands().Action(command::ShowMargins);
+    const bool before = Checked(command::ShowMargins);
+    margins->trigger();
+    EXPECT_NE(Checked(command::ShowMargins), before);
+    EXPECT_EQ(margins->isChecked(), !before);
+    margins->trigger();
 }
 
 TEST_F(FrameTest, ATuneOpensInATabOnceAndOffersItsCommands)
@@ -184,18 +194,6 @@ TEST_F(FrameTest, PlayEndsWhenAnotherTuneBecomesActive)
     frame.findChild<QMdiArea*>()->activatePreviousSubWindow();
     EXPECT_FALSE(frame.Transport().IsPlaying());
     EXPECT_EQ(frame.ActiveChild()->Document().PathName(), folder.filePath(QStringLiteral("a.skb")));
-}
-
-TEST_F(FrameTest, TheTableRunsACommandOnlyWhenItsOwnerEnablesIt)
-{
-    // Save has no owner without a tune: the shortcut does nothing rather than reach a null tune.
-    EXPECT_FALSE(frame.Commands().Run(command::FileSave) && Enabled(command::FileSave));
-    QAction* margins = frame.Commands().Action(command::ShowMargins);
-    const bool before = Checked(command::ShowMargins);
-    margins->trigger();
-    EXPECT_NE(Checked(command::ShowMargins), before);
-    EXPECT_EQ(margins->isChecked(), !before);
-    margins->trigger();
 }
 
 TEST_F(FrameTest, TheQuickStartComesOnceWhenNoTuneIsOpenAndAgainAfterATuneCloses)

@@ -90,19 +90,6 @@ TEST_F(TransportTest, PlayPauseResumeStopAndRewindOfferWhatEachStateAllows)
     EXPECT_TRUE(Enabled(command::Play));
 }
 
-TEST_F(TransportTest, NothingToPlayDisablesPlayButNotTheInstrument)
-{
-    doc = std::make_unique<CCorrievalDoc>();
-    doc->OnNewDocument();
-    sequence = std::make_unique<CTuneSequence>(doc.get());
-    transport->ViewClosing(transport->Mixer().Sequence());
-    transport->ViewActivated();
-    EXPECT_FALSE(transport->CanPlay());
-    EXPECT_FALSE(Enabled(command::Play));
-    EXPECT_FALSE(Enabled(command::ExportWav));
-    EXPECT_TRUE(Enabled(command::InstrumentGallery));
-}
-
 TEST_F(TransportTest, ATempoOutsideTwentyToTwoHundredIsRefusedAndTheTuneKeepsItsOwn)
 {
     RecordingMessages messages;
@@ -157,7 +144,7 @@ TEST_F(TransportTest, ALoopedTuneStartsAgainAtTheIdleUpdateAfterItEndsAndAStopEn
     EXPECT_FALSE(transport->IsPlaying()) << "a stop by the user does not restart";
 }
 
-TEST_F(TransportTest, AnotherTuneBecomingActiveStopsPlayAndShowsItsTempo)
+TEST_F(TransportTest, AnotherTuneBecomingActiveStopsPlayShowsItsTempoAndOffersWhatItCanPlay)
 {
     std::vector<int> shown;
     QObject::connect(transport.get(), &CTransport::TempoShown, [&](int bpm) { shown.push_back(bpm); });
@@ -176,6 +163,17 @@ TEST_F(TransportTest, AnotherTuneBecomingActiveStopsPlayAndShowsItsTempo)
     // The window going away lets go of its lists before they are freed.
     transport->ViewClosing(&otherSequence);
     EXPECT_EQ(transport->Mixer().Sequence(), nullptr);
+
+    // A tune with nothing to play offers no play, but the instrument may still be chosen.
+    doc = std::make_unique<CCorrievalDoc>();
+    doc->OnNewDocument();
+    sequence = std::make_unique<CTuneSequence>(doc.get());
+    transport->SetBindingProvider([this] { return PlayBinding{doc.get(), sequence.get(), &selection}; });
+    transport->ViewActivated();
+    EXPECT_FALSE(transport->CanPlay());
+    EXPECT_FALSE(Enabled(command::Play));
+    EXPECT_FALSE(Enabled(command::ExportWav));
+    EXPECT_TRUE(Enabled(command::InstrumentGallery));
 }
 
 TEST_F(TransportTest, PlayHighlightsTheNotesInTurnAndAStopLeavesNoneLit)
