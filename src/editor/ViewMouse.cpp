@@ -2,8 +2,10 @@
 
 #include "editor/AreaCreation.h"
 #include "editor/AreaDrag.h"
+#include "editor/CheckValues.h"
 #include "editor/CorrievalView.h"
 #include "editor/NoteDrag.h"
+#include "editor/RepeatCommands.h"
 #include "editor/RubberBand.h"
 #include "editor/StaveDrags.h"
 #include "editor/ViewHost.h"
@@ -29,18 +31,6 @@ namespace {
 QString Label(const char* text)
 {
     return QCoreApplication::translate("ViewMouse", text);
-}
-
-// The bars of a music area, every system, stave and column.
-template <class Visit> void ForEachBar(CStaveArea& area, Visit visit)
-{
-    for (const auto& group : area.Children())
-        if (auto* staves = dynamic_cast<CStaveGroup*>(group.get()))
-            for (const auto& stave : staves->Children())
-                if (auto* bars = dynamic_cast<CStave*>(stave.get()))
-                    for (const auto& bar : bars->Children())
-                        if (auto* b = dynamic_cast<CBarEx*>(bar.get()))
-                            visit(*b);
 }
 
 } // namespace
@@ -112,7 +102,6 @@ void ViewMouse::LeftPressed(PointF at, bool ctrl)
         if (const int handle = area->HitHandle(at.X, at.Y); handle != CPageArea::NoHandle) {
             StartDrag(std::make_unique<AreaDrag>(*area, handle, at, [this] { m_view.viewport()->update(); }),
                       handle == CPageArea::Border ? Label("Move Area") : Label("Size Area"));
-            MarkModified();
             return;
         }
     }
@@ -131,7 +120,6 @@ void ViewMouse::LeftPressed(PointF at, bool ctrl)
                     dynamic_cast<CStaveGroup*>(bar->Parent() != nullptr ? bar->Parent()->Parent() : nullptr);
                 group != nullptr && bar->HitBarLine(at.X, at.Y)) {
                 StartDrag(std::make_unique<BarLineDrag>(*group, *bar), Label("Move Bar Line"));
-                MarkModified();
                 return;
             }
             if (!bar->ContentBox().Contains(at.X, at.Y))
@@ -143,7 +131,6 @@ void ViewMouse::LeftPressed(PointF at, bool ctrl)
                     auto barAt = [this](PointF point) { return BarBelow(point); };
                     StartDrag(std::make_unique<RepeatLegDrag>(*m_view.Document(), *marker, leg, barAt),
                               Label("Move Repeat"));
-                    MarkModified();
                     return;
                 }
                 // A click on a label will edit its text once the repeat dialog exists; until then
@@ -172,7 +159,6 @@ void ViewMouse::LeftPressed(PointF at, bool ctrl)
     if (hit != nullptr && selection.Contains(hit) && !locked && hit->IsNoteItem()) {
         auto repaint = [this](const CScoObj& object) { m_view.InvalidateObject(object); };
         StartDrag(std::make_unique<NoteDrag>(selection, *hit, at, repaint), Label("Move Notes"));
-        MarkModified();
         return;
     }
     StartBand(at, page);
@@ -231,7 +217,6 @@ void ViewMouse::CreatePendingArea(CTunePage& page, const RectF& band)
     CPageArea* area = CreateArea(page, *edit.PendingArea, band);
     if (area == nullptr)
         return;
-    MarkModified();
     edit.PendingArea = nullptr;
     // A new picture area is chosen here; its picture comes from its properties.
     SelectOnly(area);
@@ -294,10 +279,12 @@ void ViewMouse::Released(QMouseEvent& event)
 void ViewMouse::DropGhost()
 {
     ViewEditState& edit = m_view.EditState();
-    // The new item keeps the place and pitch the ghost showed; placing goes on for the next.
-    m_view.History().Record(Label("Place"),
-                            [&edit] { edit.GhostTarget->AddNoteSorted(edit.Ghost->Clone()); });
-    MarkModified();
+    // The new item keeps the place and pitch the ghost showed; placing goes on for the next. Inside
+    // a first or second time bracket it plays on that pass only, as the bracket's notes do.
+    m_view.History().Record(Label("Place"), [this, &edit] {
+        StampNotesAddedBy(*m_view.Document(),
+                          [&edit] { edit.GhostTarget->AddNoteSorted(edit.Ghost->Clone()); });
+    });
     m_view.InvalidateObject(*edit.GhostTarget);
 }
 
@@ -310,7 +297,7 @@ void ViewMouse::CheckValuesClick()
         (head != nullptr && head->FindAncestor<CStaveArea>() == area))
         return;
     m_view.Document()->CheckValues = 0;
-    ForEachBar(*area, [](CBarEx& bar) { bar.UpdateValueColour(false, true); });
+    ShowBarValues(*area, false);
     edit.CheckValuesArea = nullptr;
 }
 
@@ -401,11 +388,6 @@ bool ViewMouse::Locked() const
 PointF ViewMouse::ToDocument(const QPointF& device) const
 {
     return m_view.Transform().DeviceToDocument(device);
-}
-
-void ViewMouse::MarkModified()
-{
-    m_view.Document()->SetModifiedFlag(true);
 }
 
 } // namespace corrieval

@@ -26,7 +26,8 @@ class RubberBand;
 // shapes and the context menu. A drag is a state held between the view's mouse events, so timers
 // and play go on while the button is down.
 //
-// Every change a drag, a drop or a new area makes is one step of the view's undo history.
+// Every change a drag, a drop or a new area makes is one step of the view's undo history, and
+// only a kept step marks the tune modified: a click that moved nothing leaves it as it was.
 class ViewMouse : public QObject {
 public:
     explicit ViewMouse(CCorrievalView& view);
@@ -78,7 +79,6 @@ private:
     bool StillAtPress(const QMouseEvent& event);
     bool Locked() const;
     PointF ToDocument(const QPointF& device) const;
-    void MarkModified();
 
     CCorrievalView& m_view;
     std::unique_ptr<MouseDrag> m_drag;

@@ -6,6 +6,7 @@
 #include "fixtures/ScoreFixtures.h"
 #include "formats/score/ScoreFile.h"
 #include "model/CorrievalDoc.h"
+#include "support/RecordingMessages.h"
 #include "support/ScoreWalk.h"
 
 #include <QTest>
@@ -54,6 +55,18 @@ struct EditedTune {
             View.RunCommand(id);
     }
     void Key(Qt::Key key) { QTest::keyClick(&View, key); }
+    // The mouse, at points in inches; paint first, so that notes and legs have their drawn shapes.
+    void Paint() { Shown.Grab(); }
+    QPoint Device(PointF p) const { return View.Transform().DocumentToDevice(p).toPoint(); }
+    void Press(PointF p) { QTest::mousePress(View.viewport(), Qt::LeftButton, {}, Device(p)); }
+    void Move(PointF p) { QTest::mouseMove(View.viewport(), Device(p)); }
+    void Release(PointF p) { QTest::mouseRelease(View.viewport(), Qt::LeftButton, {}, Device(p)); }
+    void Drag(PointF from, PointF to)
+    {
+        Press(from);
+        Move(to);
+        Release(to);
+    }
     QByteArray Bytes() const { return StoreScore(Doc(), QStringLiteral("tune.skb")); }
 
     ShownView Shown;
@@ -61,3 +74,11 @@ struct EditedTune {
 };
 
 } // namespace corrieval::testing
+
+// The names the editing tests use unqualified.
+namespace corrieval::edit_tests {
+using namespace command;
+using testing::ChildrenOf;
+using testing::EditedTune;
+using testing::RecordingMessages;
+} // namespace corrieval::edit_tests

@@ -10,17 +10,11 @@
 #include "notation/RepeatTiming.h"
 #include "notation/TextArea.h"
 #include "notation/TieEx.h"
-#include "support/RecordingMessages.h"
 
 #include <gtest/gtest.h>
 
-namespace corrieval {
+namespace corrieval::edit_tests {
 namespace {
-
-using namespace command;
-using testing::ChildrenOf;
-using testing::EditedTune;
-using testing::RecordingMessages;
 
 const QString kTieRefused =
     QStringLiteral("You can only tie 2 notes of the same pitch, or any 3 notes as a triple.");
@@ -422,4 +416,4 @@ TEST(EditCommands, AnAreaKindWaitsForTheNextBandUnlessTheTuneIsLocked)
 }
 
 } // namespace
-} // namespace corrieval
+} // namespace corrieval::edit_tests

@@ -4,19 +4,13 @@
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
 #include "notation/TextArea.h"
-#include "support/RecordingMessages.h"
 
 #include <QScrollBar>
 #include <functional>
 #include <gtest/gtest.h>
 
-namespace corrieval {
+namespace corrieval::edit_tests {
 namespace {
-
-using namespace command;
-using testing::ChildrenOf;
-using testing::EditedTune;
-using testing::RecordingMessages;
 
 const QString kTooFewBars = QStringLiteral("Some music has not been pasted due to lack of sufficient bars.");
 
@@ -226,4 +220,4 @@ TEST(EditClipboard, DamagedClipboardBytesPasteNothingAndSaySo)
 }
 
 } // namespace
-} // namespace corrieval
+} // namespace corrieval::edit_tests
