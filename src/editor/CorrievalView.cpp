@@ -260,6 +260,17 @@ CTunePage* CCorrievalView::PageAt(PointF point) const
     return nullptr;
 }
 
+CTunePage* CCorrievalView::FirstPageInView() const
+{
+    const QSize client = viewport()->size();
+    const RectF window = Transform().DeviceRectToDocument({0, 0}, {client.width(), client.height()});
+    for (const auto& page : m_doc.Pages) {
+        if (page->Bounds().Overlaps(window))
+            return page.get();
+    }
+    return nullptr;
+}
+
 const QImage& CCorrievalView::PaintBackBuffer(const QRect& clip)
 {
     const qreal ratio = viewport()->devicePixelRatioF();

@@ -83,6 +83,8 @@ public:
     ViewTransform Transform() const;
     // The first page whose rectangle less its margins holds `point` (in inches), or null.
     CTunePage* PageAt(PointF point) const;
+    // The first page the window shows any of, or null.
+    CTunePage* FirstPageInView() const;
     CScoSelection& Selection() { return m_selection; }
     ViewEditState& EditState() { return m_edit; }
     UndoHistory& History() { return m_history; }

@@ -14,13 +14,7 @@ CScoObj* EditCommands::PasteTarget() const
 {
     if (CScoObj* head = m_view.Selection().Head())
         return head;
-    const QSize client = m_view.viewport()->size();
-    const RectF window = m_view.Transform().DeviceRectToDocument({0, 0}, {client.width(), client.height()});
-    for (const auto& page : m_view.Document()->Pages) {
-        if (page->Bounds().Overlaps(window))
-            return page.get();
-    }
-    return nullptr;
+    return m_view.FirstPageInView();
 }
 
 void EditCommands::Cut()

@@ -77,6 +77,7 @@ const EditCommands::ActionTable& EditCommands::Actions()
         {Copy, [](EditCommands& c) { ScoreClipboard::Instance().Copy(c.m_view.Selection().Items()); }},
         {command::Cut, [](EditCommands& c) { c.Cut(); }},
         {command::Paste, [](EditCommands& c) { c.Paste(); }},
+        {command::SelectAll, [](EditCommands& c) { c.SelectAllNotes(); }},
         {Undo, [](EditCommands& c) { c.m_view.History().Undo(); }},
         {Redo, [](EditCommands& c) { c.m_view.History().Redo(); }},
     };
@@ -147,6 +148,8 @@ bool EditCommands::Enabled(int id) const
         return ScoreClipboard::CanCut(selection.Items());
     case command::Paste:
         return ScoreClipboard::Instance().CanPaste(PasteTarget());
+    case command::SelectAll:
+        return SelectAllArea() != nullptr;
     case Undo:
         return m_view.History().CanUndo();
     case Redo:

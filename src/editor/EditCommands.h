@@ -10,6 +10,7 @@ namespace corrieval {
 
 class CCorrievalView;
 class CScoObj;
+class CStaveArea;
 struct CRuntimeClass;
 
 // The commands that change a tune, on the view's selection: the Insert and Edit categories of the
@@ -59,6 +60,12 @@ private:
     void Paste();
     // Drops what the view's edit state points at that a deletion took away.
     void ForgetRemoved();
+
+    // The music area Select All takes its notes from: the one holding the selection or, with
+    // nothing selected, the first of the page in view (of the page, when a page is selected);
+    // null when there is none.
+    CStaveArea* SelectAllArea() const;
+    void SelectAllNotes();
 
     bool MoveSelectedNotes(int steps);
     bool SelectAlongStave(bool forwards);

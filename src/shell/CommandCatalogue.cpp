@@ -52,7 +52,7 @@ const CommandInfo kCommands[] = {
     {Paste, "Paste\nv", "paste", Key::Paste},
     {Cut, "Cut\nx", "cut", Key::Cut},
     {Copy, "Copy\nc", "copy", Key::Copy},
-    {SelectAll, "Select All\na", "select-all"},
+    {SelectAll, "Select All\na", "select-all", Key::SelectAll},
     {Undo, "Undo", "undo", Key::Undo},
     {Redo, "Redo", "redo", Key::Redo},
     {Group, "Group", "group"},

@@ -4,6 +4,7 @@
 #include "model/AbbreviationArea.h"
 #include "model/BarConfig.h"
 #include "model/TunePage.h"
+#include "notation/GroupCommands.h"
 #include "notation/ImageArea.h"
 #include "notation/NoteEx.h"
 #include "notation/NoteGroupEx.h"
@@ -273,6 +274,39 @@ TEST(EditCommands, RepeatsBracketABarAndTheNextAndComeOffAgain)
     tune.Select({&tune.Bar(1, 1)});
     tune.View.EditState().MayInsertRepeats = true;
     EXPECT_FALSE(tune.Enabled(InsertRepeats));
+}
+
+TEST(EditCommands, SelectAllTakesEveryNoteItemOfTheMusicAreaInHand)
+{
+    EditedTune tune(SmallTune(2));
+    CTextArea* title = ChildrenOf<CTextArea>(*tune.Doc().Pages.front()).front();
+    CNoteEx& first = tune.Note(0, 0, 0);
+    CNoteGroupEx* group = GroupNotes({&first, &tune.Note(0, 0, 1)});
+    ASSERT_NE(group, nullptr);
+
+    // Nothing selected: the music of the page in view; a group counts as one item.
+    tune.Select({});
+    tune.Run(SelectAll);
+    EXPECT_EQ(tune.View.Selection().Count(), 15u);
+    EXPECT_TRUE(tune.View.Selection().Contains(group));
+    EXPECT_FALSE(tune.View.Selection().Contains(&first));
+    // A bar selected: the music around it.
+    tune.Select({&tune.Bar(1, 2)});
+    tune.Run(SelectAll);
+    EXPECT_EQ(tune.View.Selection().Count(), 15u);
+    EXPECT_FALSE(tune.View.Selection().Contains(&tune.Bar(1, 2)));
+
+    // A page selected: its music.
+    tune.Select({tune.Doc().Pages.front().get()});
+    tune.Run(SelectAll);
+    EXPECT_EQ(tune.View.Selection().Count(), 15u);
+
+    // Outside any music, or in a tune without it, there is nothing to take.
+    tune.Select({title});
+    EXPECT_FALSE(tune.Enabled(SelectAll));
+    tune.Select({});
+    tune.Doc().Pages.front()->RemoveChild(&tune.Music(), true);
+    EXPECT_FALSE(tune.Enabled(SelectAll));
 }
 
 // Properties opens by what is selected, with check values and the width-following zoom held
