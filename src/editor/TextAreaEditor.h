@@ -16,8 +16,9 @@ class CTextArea;
 //
 // The text stays in the area, which the box writes through to as the piper types, so that saving
 // or printing meanwhile takes what is on the screen. The typing becomes one undo step when the
-// box gives the text back: when the area leaves the selection, and before any command of the
-// view runs, so that Undo undoes the typing first.
+// box gives the text back: when the area leaves the selection, before any command of the view
+// runs, so that Undo undoes the typing first, and before the tune is saved, so that the saved
+// state holds it.
 class TextAreaEditor {
 public:
     explicit TextAreaEditor(CCorrievalView& view);

@@ -2,6 +2,7 @@
 
 #include "editor/CommandIds.h"
 #include "editor/CorrievalView.h"
+#include "editor/TextAreaEditor.h"
 #include "formats/archive/ArchiveError.h"
 #include "formats/score/PlayerExport.h"
 #include "formats/score/ScoreFile.h"
@@ -52,6 +53,9 @@ void CChildFrame::RefreshTitle()
 
 bool CChildFrame::SaveTo(const QString& path)
 {
+    // Typing in an open text area is already in the tune; as a step of its own it is part of the
+    // state saved, so that closing the box afterwards changes nothing.
+    m_view->TextEditor().Commit();
     try {
         const WaitCursor wait;
         // The zoom the tune was left at opens with it next time; a negative one follows the width.

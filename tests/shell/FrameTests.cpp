@@ -4,8 +4,11 @@
 #include "ShellTestSupport.h"
 #include "editor/CommandIds.h"
 #include "editor/CorrievalView.h"
+#include "editor/TextAreaEditor.h"
 #include "formats/score/ScoreFile.h"
 #include "model/SessionState.h"
+#include "model/TunePage.h"
+#include "notation/TextArea.h"
 #include "shell/CommandTable.h"
 #include "shell/MainFrame.h"
 #include "shell/QuickStartChooser.h"
@@ -18,6 +21,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QMdiArea>
+#include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -128,6 +132,45 @@ TEST_F(FrameTest, EditKeysReachTheViewOnceAndTheUndoShortcutUndoesThem)
     EXPECT_FALSE(doc.IsModified());
     QTest::keyClick(&view, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(firstBar().ChildCount(), 1u);
+}
+
+TEST_F(FrameTest, SavingWhileATitleIsTypedKeepsTheTypingAndClosingTheBoxChangesNothing)
+{
+    const QString path = folder.filePath(QStringLiteral("titled.skb"));
+    {
+        auto doc = SmallTune();
+        CTunePage& page = *doc->Pages.front();
+        auto title = std::make_unique<CTextArea>();
+        title->SetBounds(page.ContentBox().X, page.ContentBox().Bottom() - 1.0f, 3.0f, 0.8f);
+        page.AddChild(std::move(title), true);
+        SaveScore(*doc, path);
+    }
+    ASSERT_TRUE(frame.OpenDocument(path));
+    frame.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+    CChildFrame& child = *frame.ActiveChild();
+    CCorrievalView& view = child.View();
+    CTextArea& title = *ChildrenOf<CTextArea>(*child.Document().Pages.front()).front();
+    view.AddToSelection(title);
+    QTest::keyClicks(&view.TextEditor().Box(), QStringLiteral("Dunvegan"));
+    EXPECT_TRUE(child.Document().IsModified());
+
+    frame.Commands().Run(command::FileSave);
+    EXPECT_FALSE(child.Document().IsModified());
+    EXPECT_EQ(view.History().UndoLabel(), QStringLiteral("Undo Typing"));
+    view.RemoveFromSelection(title);
+    EXPECT_EQ(view.TextEditor().Area(), nullptr);
+    EXPECT_FALSE(child.Document().IsModified()) << "a piper who only closed the box is not asked to save";
+    EXPECT_EQ(ChildrenOf<CTextArea>(*LoadScore(path)->Pages.front()).front()->Text,
+              QStringLiteral("Dunvegan"));
+
+    // Ctrl+A, with the box closed and the ribbon caught up, takes every note of the music.
+    view.setFocus();
+    QEventLoop idle;
+    QTimer::singleShot(20, &idle, &QEventLoop::quit);
+    idle.exec();
+    QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(view.Selection().Count(), 4u);
 }
 
 TEST_F(FrameTest, ADamagedOrMissingFileIsRefusedWithItsNameAndOpensNothing)
