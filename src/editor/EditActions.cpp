@@ -19,6 +19,7 @@
 #include "notation/TieCommand.h"
 
 #include <algorithm>
+#include <iterator>
 
 // What each editing command does to the tune, every change one step of the view's history.
 
@@ -29,48 +30,36 @@ using namespace command;
 namespace {
 
 // Each command's caption, which names its step in the undo history ("Undo Delete").
+struct CommandCaption {
+    int Id;
+    const char* Text;
+};
+constexpr CommandCaption kCaptions[] = {
+    {InsertPage, "Page"},
+    {Dot, "Dot"},
+    {CutNote, "Cut"},
+    {command::Tie, "Tie"},
+    {command::Group, "Group"},
+    {command::Ungroup, "Ungroup"},
+    {command::InsertBar, "Insert bar"},
+    {InsertRepeats, "Repeats"},
+    {DeleteRepeats, "Delete repeats"},
+    {command::Delete, "Delete"},
+    {command::Properties, "Properties"},
+    {command::AutoOrganise, "Auto organise"},
+    {BringToFront, "Bring to front"},
+    {SendToBack, "Send to back"},
+    {AlignLeft, "Left"},
+    {AlignRight, "Right"},
+    {AlignCentre, "Centre"},
+    {CheckValues, "Check values"},
+};
+
 QString Caption(int id)
 {
-    switch (id) {
-    case InsertPage:
-        return QStringLiteral("Page");
-    case Dot:
-        return QStringLiteral("Dot");
-    case CutNote:
-        return QStringLiteral("Cut");
-    case command::Tie:
-        return QStringLiteral("Tie");
-    case command::Group:
-        return QStringLiteral("Group");
-    case command::Ungroup:
-        return QStringLiteral("Ungroup");
-    case command::InsertBar:
-        return QStringLiteral("Insert bar");
-    case InsertRepeats:
-        return QStringLiteral("Repeats");
-    case DeleteRepeats:
-        return QStringLiteral("Delete repeats");
-    case command::Delete:
-        return QStringLiteral("Delete");
-    case command::Properties:
-        return QStringLiteral("Properties");
-    case command::AutoOrganise:
-        return QStringLiteral("Auto organise");
-    case BringToFront:
-        return QStringLiteral("Bring to front");
-    case SendToBack:
-        return QStringLiteral("Send to back");
-    case AlignLeft:
-        return QStringLiteral("Left");
-    case AlignRight:
-        return QStringLiteral("Right");
-    case AlignCentre:
-        return QStringLiteral("Centre");
-    case CheckValues:
-        return QStringLiteral("Check values");
-    default:
-        return {};
-    }
+    const auto* found = std::find_if(std::begin(kCaptions), std::end(kCaptions),
+                                     [id](const CommandCaption& each) { return each.Id == id; });
+    return found != std::end(kCaptions) ? QString::fromLatin1(found->Text) : QString();
 }
 
 bool InDocument(const CCorrievalDoc& doc, const CScoObj* object)
