@@ -136,16 +136,25 @@ void CFixedNoteGroup::LayOut(const Layout& layout, QPainterPath& thin, QPainterP
     StemPath.addPath(beams);
 }
 
+float CFixedNoteGroup::NoteCell() const
+{
+    return ChildCount() == 0 ? 0.0f : 2 * (ContentBox().Width / static_cast<float>(ChildCount())) / 3;
+}
+
+float CFixedNoteGroup::NoteLeft(std::size_t index) const
+{
+    return ContentBox().X + static_cast<float>(index) * NoteCell();
+}
+
 void CFixedNoteGroup::Draw(Painter& painter, OutputMode)
 {
     const RectF box = ContentBox();
-    const std::size_t count = ChildCount();
-    if (count == 0) {
+    if (ChildCount() == 0) {
         HeadPath = StemPath = QPainterPath();
         return;
     }
     const float u = box.Height / 19;
-    const float cell = 2 * (box.Width / static_cast<float>(count)) / 3;
+    const float cell = NoteCell();
     QPainterPath thin;
     QPainterPath beams;
     LayOut({box.X, box.Y, box.Height, cell, box.Y + box.Height / 40, u / 1.75f, false}, thin, beams);

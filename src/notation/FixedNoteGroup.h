@@ -55,11 +55,19 @@ public:
     RepeatLink GetRepeatLink() const;
     void SetRepeatLink(std::int32_t kind, std::int32_t id);
 
+    // The left edge of the cell of gracenote `index` on the page, where drawing puts it. Playback
+    // orders a bar's notes by it, so the order never waits for a page to be drawn.
+    float NoteLeft(std::size_t index) const;
+
     QString Name;          // display name of the movement; empty when read from a file
     QPainterPath HeadPath; // the heads as drawn: filled
     QPainterPath StemPath; // stems, ledger lines and beams as drawn: stroked
 
 private:
+    // The width of each gracenote's cell on the page: two thirds of an even share of the box, so
+    // the last gracenote stands clear of the note the movement leads to.
+    float NoteCell() const;
+
     // What Draw and DrawToolbarImage share: the notes laid out in cells, heads added to HeadPath
     // and lines to StemPath and the two given paths.
     struct Layout {

@@ -7,6 +7,7 @@
 #include "model/Stave.h"
 #include "model/StaveArea.h"
 #include "model/TunePage.h"
+#include "notation/FixedNoteGroup.h"
 #include "notation/NoteEx.h"
 #include "notation/TieEx.h"
 #include "notation/TimeSig.h"
@@ -57,22 +58,29 @@ int PartsOf(const CCorrievalDoc& doc)
 
 // The notes of a bar in the order they sound: a beamed group or a movement gives its own notes,
 // one level down, and all are ordered by where they stand, not by the order of the lists. Notes
-// at the same place keep their list order.
+// at the same place keep their list order. A movement's gracenotes stand where the movement puts
+// them, which needs no drawing: a page never shown still plays in order.
 std::vector<CNoteEx*> NotesInPlayOrder(const CBarEx& bar)
 {
-    std::vector<CNoteEx*> notes;
+    std::vector<std::pair<float, CNoteEx*>> placed;
     for (const auto& child : bar.Children()) {
         if (auto* note = dynamic_cast<CNoteEx*>(child.get())) {
-            notes.push_back(note);
+            placed.emplace_back(note->Bounds().X, note);
         } else if (const auto* holder = dynamic_cast<const CGraphObjContainer*>(child.get())) {
-            for (const auto& inner : holder->Children()) {
-                if (auto* innerNote = dynamic_cast<CNoteEx*>(inner.get()))
-                    notes.push_back(innerNote);
+            const auto* movement = dynamic_cast<const CFixedNoteGroup*>(holder);
+            for (std::size_t i = 0; i < holder->ChildCount(); ++i) {
+                if (auto* innerNote = dynamic_cast<CNoteEx*>(holder->ChildAt(i)))
+                    placed.emplace_back(movement != nullptr ? movement->NoteLeft(i) : innerNote->Bounds().X,
+                                        innerNote);
             }
         }
     }
-    std::stable_sort(notes.begin(), notes.end(),
-                     [](const CNoteEx* a, const CNoteEx* b) { return a->Bounds().X < b->Bounds().X; });
+    std::stable_sort(placed.begin(), placed.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<CNoteEx*> notes;
+    notes.reserve(placed.size());
+    for (const auto& [x, note] : placed)
+        notes.push_back(note);
     return notes;
 }
 

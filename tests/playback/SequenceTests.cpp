@@ -1,6 +1,7 @@
 // From the score to play lists: each rule of the walk as a small tune built in code, given, when
 // the sequence is built, then what sounds.
 
+#include "notation/FixedNoteGroup.h"
 #include "playback/PlayTune.h"
 #include "playback/SampleBank.h"
 
@@ -123,6 +124,27 @@ TEST(SequenceGracenotes, GivenGracenotesBeforeANoteWhenBuiltThenTheyTakeTheirTim
     ending.AddGracenotes(0, 2);
     CNoteEx& next = ending.Add(1, 4);
     EXPECT_EQ(Played(ending.Build()).back(), (Sound{560, 480, &next}));
+}
+
+TEST(SequenceGracenotes, GivenAMovementNeverDrawnWhenBuiltThenItsGracenotesSoundWhereItStands)
+{
+    // A tune straight from an import or a file has never been drawn, so the movement's gracenotes
+    // still stand wherever they were made; the play order must come from the movement's place.
+    PlayTune tune;
+    CBarEx& bar = tune.Bar(0);
+    CNoteEx& first = tune.Add(bar, 4);
+    auto movement = std::make_unique<CFixedNoteGroup>(QStringLiteral("Doubling"));
+    movement->BuildNotes(QStringLiteral("!!"), QStringLiteral("37"), 0, 0);
+    movement->SetBounds(first.Bounds().Right() + 0.02f, bar.Bounds().Y, 0.1f, bar.Bounds().Height);
+    auto* placed = static_cast<CFixedNoteGroup*>(bar.AddChild(std::move(movement), false));
+    CNoteEx& second = tune.Add(bar, 4);
+    second.SetBounds(placed->Bounds().Right() + 0.02f, bar.Bounds().Y, 0.04f, bar.Bounds().Height);
+    const Sounds sounds = Played(tune.Build());
+    ASSERT_EQ(sounds.size(), 4u);
+    EXPECT_EQ(sounds[0].Note, &first);
+    EXPECT_EQ(sounds[1].Note, placed->ChildAt(0));
+    EXPECT_EQ(sounds[2].Note, placed->ChildAt(1));
+    EXPECT_EQ(sounds[3].Note, &second);
 }
 
 TEST(SequenceTies, GivenATieOverABarLineWhenBuiltThenOneRecordCarriesBothLengths)
