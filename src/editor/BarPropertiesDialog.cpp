@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -22,14 +23,56 @@ struct LineOption {
     const char* Tip;
 };
 
+constexpr QSize kPictureSize(32, 24);
+
+// A piece of stave with the lines a choice draws at the start of a bar, mirrored for its end.
+QIcon LinePicture(int choice, bool end, const QPalette& palette)
+{
+    QPixmap pixmap(kPictureSize * 2);
+    pixmap.setDevicePixelRatio(2);
+    pixmap.fill(Qt::transparent);
+    QPainter p(&pixmap);
+    p.setRenderHint(QPainter::Antialiasing);
+    QColor ink = palette.color(QPalette::WindowText);
+    QColor staveLines = ink;
+    staveLines.setAlphaF(0.45f);
+    constexpr qreal kTop = 4;
+    constexpr qreal kGap = 4;
+    constexpr qreal kBottom = kTop + 4 * kGap;
+    p.setPen(QPen(staveLines, 1));
+    for (int line = 0; line < 5; ++line)
+        p.drawLine(QPointF(2, kTop + line * kGap), QPointF(kPictureSize.width() - 2, kTop + line * kGap));
+    if (end) {
+        p.translate(kPictureSize.width(), 0);
+        p.scale(-1, 1);
+    }
+    constexpr qreal x = 11;
+    p.setPen(QPen(ink, 1.2));
+    if (choice == CBarProperties::NoLine) {
+        p.drawLine(QPointF(x, kTop), QPointF(x, kBottom));
+        return QIcon(pixmap);
+    }
+    p.fillRect(QRectF(x - 1.5, kTop, 3, kBottom - kTop), ink);
+    p.drawLine(QPointF(x + 4, kTop), QPointF(x + 4, kBottom));
+    if (choice == CBarProperties::RepeatLine) {
+        p.setPen(Qt::NoPen);
+        p.setBrush(ink);
+        for (qreal y : {kTop + 1.5 * kGap, kTop + 2.5 * kGap})
+            p.drawEllipse(QPointF(x + 8, y), 1.4, 1.4);
+    }
+    return QIcon(pixmap);
+}
+
 // A group box of three radio buttons, one per LineChoice, registered in `choices` by that id.
-QGroupBox* LineBox(const QString& title, const LineOption (&options)[3], QButtonGroup* choices)
+QGroupBox* LineBox(const QString& title, const LineOption (&options)[3], bool end, QButtonGroup* choices)
 {
     auto* box = new QGroupBox(title);
     auto* column = new QVBoxLayout(box);
     for (int id = 0; id < 3; ++id) {
         auto* button = new QRadioButton(QString::fromLatin1(options[id].Caption));
         button->setToolTip(QString::fromLatin1(options[id].Tip));
+        button->setIconSize(kPictureSize);
+        button->setIcon(LinePicture(id, end, box->palette()));
         choices->addButton(button, id);
         column->addWidget(button);
     }
@@ -86,8 +129,8 @@ CBarProperties::CBarProperties(CBarEx& bar, QWidget* parent)
         {"Repeat", "Two dots, light and heavy lines: back to the start of the repeat"},
     };
     auto* lines = new QHBoxLayout;
-    lines->addWidget(LineBox(QStringLiteral("Start of bar"), kStartOptions, m_start));
-    lines->addWidget(LineBox(QStringLiteral("End of bar"), kEndOptions, m_end));
+    lines->addWidget(LineBox(QStringLiteral("Start of bar"), kStartOptions, false, m_start));
+    lines->addWidget(LineBox(QStringLiteral("End of bar"), kEndOptions, true, m_end));
     m_start->button(ChoiceOf(config.StartBarLine, config.StartRepeat))->setChecked(true);
     m_end->button(ChoiceOf(config.EndBarLine, config.EndRepeat))->setChecked(true);
 
