@@ -36,7 +36,8 @@ QIcon LinePicture(int choice, bool end, const QPalette& palette)
     QColor ink = palette.color(QPalette::WindowText);
     QColor staveLines = ink;
     staveLines.setAlphaF(0.45f);
-    constexpr qreal kTop = 4;
+    // Half-pixel places keep the one-pixel lines sharp.
+    constexpr qreal kTop = 4.5;
     constexpr qreal kGap = 4;
     constexpr qreal kBottom = kTop + 4 * kGap;
     p.setPen(QPen(staveLines, 1));
@@ -46,7 +47,7 @@ QIcon LinePicture(int choice, bool end, const QPalette& palette)
         p.translate(kPictureSize.width(), 0);
         p.scale(-1, 1);
     }
-    constexpr qreal x = 11;
+    constexpr qreal x = 11.5;
     p.setPen(QPen(ink, 1.2));
     if (choice == CBarProperties::NoLine) {
         p.drawLine(QPointF(x, kTop), QPointF(x, kBottom));

@@ -3,6 +3,7 @@
 #include "notation/TimeSig.h"
 #include "platform/QtPainter.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QPixmap>
 
@@ -17,15 +18,20 @@ constexpr int kDetail = 2;
 
 QIcon Picture(CTimeSig& signature)
 {
-    QPixmap cell(kCell * kDetail, kCell * kDetail);
-    cell.setDevicePixelRatio(kDetail);
+    // Drawn at full detail first; the pixel ratio is set afterwards, as the score's painter maps
+    // inches straight to the device's pixels.
+    QImage cell(kCell * kDetail, kCell * kDetail, QImage::Format_ARGB32_Premultiplied);
     cell.fill(Qt::white);
-    QPainter qp(&cell);
-    // One inch of the signature's box to the cell: without a stave it lays itself out in its box.
-    platform::QtPainter painter(qp, static_cast<float>(kCell * kDetail), 1.0f);
-    signature.SetBounds(0, 0, 1, 1);
-    signature.Draw(painter, OutputMode::Screen);
-    return QIcon(cell);
+    {
+        QPainter qp(&cell);
+        // One inch of the signature's box to the cell: without a stave it lays itself out in its box.
+        platform::QtPainter painter(qp, static_cast<float>(kCell * kDetail), 1.0f);
+        signature.SetBounds(0, 0, 1, 1);
+        signature.Draw(painter, OutputMode::Screen);
+    }
+    QPixmap pixmap = QPixmap::fromImage(cell);
+    pixmap.setDevicePixelRatio(kDetail);
+    return QIcon(pixmap);
 }
 
 } // namespace
