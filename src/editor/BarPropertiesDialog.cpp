@@ -107,12 +107,8 @@ void SetFlags(int choice, bool& plain, bool& repeat)
 } // namespace
 
 CBarProperties::CBarProperties(CBarEx& bar, QWidget* parent)
-    : QDialog(parent),
-      m_bar(bar),
-      m_start(new QButtonGroup(this)),
-      m_end(new QButtonGroup(this)),
-      m_timeSig(new CTimeSigCombo),
-      m_customLabel(new QLabel(QStringLiteral("C&ustom:"))),
+    : QDialog(parent), m_bar(bar), m_start(new QButtonGroup(this)), m_end(new QButtonGroup(this)),
+      m_timeSig(new CTimeSigCombo), m_customLabel(new QLabel(QStringLiteral("C&ustom:"))),
       m_beats(CustomBox(bar.Config->TimeSig.CustomBeats, QStringLiteral("Beats in the bar"))),
       m_unit(CustomBox(bar.Config->TimeSig.CustomUnit, QStringLiteral("The note that counts as one beat")))
 {

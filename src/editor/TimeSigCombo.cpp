@@ -47,6 +47,9 @@ CTimeSigCombo::CTimeSigCombo(QWidget* parent) : QComboBox(parent)
     }
 }
 
-bool CTimeSigCombo::IsCustom() const { return currentText() == QStringLiteral("Custom"); }
+bool CTimeSigCombo::IsCustom() const
+{
+    return currentText() == QStringLiteral("Custom");
+}
 
 } // namespace corrieval

@@ -80,7 +80,8 @@ TEST(BarProperties, OpensOnTheColumnAndOkWritesEveryFieldForAllStavesOfTheSystem
     config.TimeSig.SetType(6); // 2/4
 
     EditBar(tune, bar, [](CBarProperties& dialog) {
-        EXPECT_TRUE(LineButton(dialog, QStringLiteral("Start of bar"), QStringLiteral("Repeat"))->isChecked());
+        EXPECT_TRUE(
+            LineButton(dialog, QStringLiteral("Start of bar"), QStringLiteral("Repeat"))->isChecked());
         EXPECT_TRUE(LineButton(dialog, QStringLiteral("End of bar"), QStringLiteral("End"))->isChecked());
         auto* combo = dialog.findChild<CTimeSigCombo*>();
         EXPECT_EQ(combo->count(), CTimeSig::Custom + 1);
