@@ -1,5 +1,6 @@
 #include "editor/PropertyDialogs.h"
 
+#include "editor/BarPropertiesDialog.h"
 #include "notation/TextArea.h"
 
 #include <QFontDialog>
@@ -54,7 +55,7 @@ public:
         return ok;
     }
     bool EditImageArea(CImageArea&, QWidget*) override { return false; }
-    bool EditBar(CBarEx&, QWidget*) override { return false; }
+    bool EditBar(CBarEx& bar, QWidget* parent) override { return CBarProperties::Edit(bar, parent); }
     bool EditNotes(const std::vector<CScoObj*>&, QWidget*) override { return false; }
 };
 
