@@ -252,6 +252,7 @@ QWidget* CStaveAreaProperties::MakeTimeSigBox()
     auto* box = new QWidget;
     auto* form = new QFormLayout(box);
     form->setContentsMargins(0, 0, 0, 0);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(QStringLiteral("Initial time signature:"), m_timeSig);
     form->addRow(QStringLiteral("Custom time signature:"), custom);
     m_customLabel = static_cast<QLabel*>(form->labelForField(custom));
@@ -309,6 +310,7 @@ QWidget* CStaveAreaProperties::MakeSpacingAndColourBox()
     auto* box = new QWidget;
     auto* form = new QFormLayout(box);
     form->setContentsMargins(0, 0, 0, 0);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     form->addRow(QStringLiteral("Set stave spacing:"), m_spacing);
     form->addRow(colourRow);
     return box;
