@@ -10,6 +10,7 @@
 #include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -21,8 +22,8 @@
 #include <QSpinBox>
 #include <QToolButton>
 #include <QTreeWidget>
-
 #include <algorithm>
+#include <iterator>
 
 namespace corrieval {
 
@@ -37,32 +38,23 @@ constexpr std::uint32_t kRgbMask = 0x00FFFFFF;
 constexpr int kBarsColumn = 1;
 constexpr int kClefColumn = 1;
 
-QString ClefName(std::int32_t kind)
+// The clefs by kind, with the instrument that plays from each: the pipes from the treble, the
+// drums from the bass.
+struct ClefNames {
+    const char* Clef;
+    const char* Instrument;
+};
+constexpr ClefNames kClefs[] = {{"None", ""}, {"Treble", "Pipes"}, {"Bass", "Drums"}};
+
+ClefNames NamesOf(std::int32_t kind)
 {
-    switch (kind) {
-    case CClef::Treble:
-        return QStringLiteral("Treble");
-    case CClef::Bass:
-        return QStringLiteral("Bass");
-    default:
-        return QStringLiteral("None");
-    }
+    return kind >= 0 && kind < std::ssize(kClefs) ? kClefs[kind] : kClefs[CClef::None];
 }
 
-// The pipes play from the treble clef, the drums from the bass.
-QString InstrumentName(std::int32_t kind)
+bool Confirmed(const QString& question)
 {
-    switch (kind) {
-    case CClef::Treble:
-        return QStringLiteral("Pipes");
-    case CClef::Bass:
-        return QStringLiteral("Drums");
-    default:
-        return {};
-    }
+    return ShowMessage(question, MessageKind::OkCancel) == MessageAnswer::Ok;
 }
-
-bool Confirmed(const QString& question) { return ShowMessage(question, MessageKind::OkCancel) == MessageAnswer::Ok; }
 
 QTreeWidget* MakeList(const QStringList& columns)
 {
@@ -107,17 +99,26 @@ QTreeWidgetItem* LineRow(int bars)
 QTreeWidgetItem* PartRow(std::int32_t clef)
 {
     auto* item = new QTreeWidgetItem;
-    item->setText(kClefColumn, ClefName(clef));
+    item->setText(kClefColumn, QString::fromLatin1(NamesOf(clef).Clef));
     item->setData(kClefColumn, Qt::UserRole, clef);
-    item->setText(kClefColumn + 1, InstrumentName(clef));
+    item->setText(kClefColumn + 1, QString::fromLatin1(NamesOf(clef).Instrument));
     return item;
 }
 
-QPushButton* Button(const QString& caption, const QString& tip)
+// Tests find the controls by their names.
+template <class Widget> Widget* Named(Widget* widget, const char* name, const QString& tip)
 {
-    auto* button = new QPushButton(caption);
-    button->setToolTip(tip);
-    return button;
+    widget->setObjectName(QString::fromLatin1(name));
+    widget->setToolTip(tip);
+    return widget;
+}
+
+QHBoxLayout* ButtonRow(QPushButton* insert, QPushButton* remove)
+{
+    auto* row = new QHBoxLayout;
+    row->addWidget(insert);
+    row->addWidget(remove);
+    return row;
 }
 
 QSpinBox* NumberBox(int low, int high, int value)
@@ -131,22 +132,13 @@ QSpinBox* NumberBox(int low, int high, int value)
 } // namespace
 
 CStaveAreaProperties::CStaveAreaProperties(CStaveArea& area, QWidget* parent)
-    : QDialog(parent),
-      m_area(area),
-      m_automaticColour(area.Background & kRgbMask),
+    : QDialog(parent), m_area(area), m_automaticColour(area.Background & kRgbMask),
       m_colour(m_automaticColour)
 {
     setWindowTitle(QStringLiteral("Music Properties"));
 
-    auto* lists = new QHBoxLayout;
-    lists->addWidget(MakeLinesBox());
-    lists->addWidget(MakePartsBox());
-
     auto* settings = new QHBoxLayout;
-    auto* left = new QVBoxLayout;
-    left->addWidget(MakeTimeSigBox());
-    left->addWidget(MakeSpacingAndColourBox());
-    settings->addLayout(left);
+    settings->addWidget(MakeSettingsForm());
     settings->addWidget(MakeDisplayBox());
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
@@ -154,7 +146,7 @@ CStaveAreaProperties::CStaveAreaProperties(CStaveArea& area, QWidget* parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(lists, 1);
+    layout->addLayout(MakeLists(), 1);
     layout->addLayout(settings);
     layout->addWidget(buttons);
 
@@ -162,23 +154,30 @@ CStaveAreaProperties::CStaveAreaProperties(CStaveArea& area, QWidget* parent)
     FillParts();
 }
 
-QWidget* CStaveAreaProperties::MakeLinesBox()
+QLayout* CStaveAreaProperties::MakeLists()
 {
-    m_lines = MakeList({QStringLiteral("Line"), QStringLiteral("Bars")});
-    m_lines->setObjectName(QStringLiteral("lines"));
-    m_lines->setToolTip(QStringLiteral("The lines of staves in this music area, top to bottom"));
-    m_bars = NumberBox(1, MaxSpinBars, 1);
-    m_bars->setObjectName(QStringLiteral("bars"));
-    m_bars->setToolTip(QStringLiteral("Bars in the chosen line, applied on OK"));
-    m_insertLine = Button(QStringLiteral("Insert after"), QStringLiteral("Adds a line of four bars after the chosen one"));
-    m_insertLine->setObjectName(QStringLiteral("insertLine"));
-    m_removeLine = Button(QStringLiteral("Remove"), QStringLiteral("Removes the chosen line with its music"));
-    m_removeLine->setObjectName(QStringLiteral("removeLine"));
+    m_lines = Named(MakeList({QStringLiteral("Line"), QStringLiteral("Bars")}), "lines",
+                    QStringLiteral("The lines of staves in this music area, top to bottom"));
+    m_bars =
+        Named(NumberBox(1, MaxSpinBars, 1), "bars", QStringLiteral("Bars in the chosen line, applied on OK"));
+    m_insertLine = Named(new QPushButton(QStringLiteral("Insert after")), "insertLine",
+                         QStringLiteral("Adds a line of four bars after the chosen one"));
+    m_removeLine = Named(new QPushButton(QStringLiteral("Remove")), "removeLine",
+                         QStringLiteral("Removes the chosen line with its music"));
+    m_parts = Named(MakeList({QStringLiteral("Part"), QStringLiteral("Clef"), QStringLiteral("Instrument")}),
+                    "parts", QStringLiteral("The parts played together on each line, one stave each"));
+    m_insertPart = Named(new QPushButton(QStringLiteral("Insert after")), "insertPart",
+                         QStringLiteral("Adds a pipe part after the chosen one"));
+    m_removePart = Named(new QPushButton(QStringLiteral("Remove")), "removePart",
+                         QStringLiteral("Removes the chosen part with its music"));
 
     connect(m_lines, &QTreeWidget::itemSelectionChanged, this, &CStaveAreaProperties::LineChosen);
     connect(m_bars, &QSpinBox::valueChanged, this, &CStaveAreaProperties::BarsChanged);
     connect(m_insertLine, &QPushButton::clicked, this, &CStaveAreaProperties::InsertLine);
     connect(m_removeLine, &QPushButton::clicked, this, &CStaveAreaProperties::RemoveLine);
+    connect(m_parts, &QTreeWidget::itemSelectionChanged, this, &CStaveAreaProperties::PartChosen);
+    connect(m_insertPart, &QPushButton::clicked, this, &CStaveAreaProperties::InsertPart);
+    connect(m_removePart, &QPushButton::clicked, this, &CStaveAreaProperties::RemovePart);
 
     auto* barsRow = new QHBoxLayout;
     auto* barsLabel = new QLabel(QStringLiteral("&Bars:"));
@@ -186,68 +185,52 @@ QWidget* CStaveAreaProperties::MakeLinesBox()
     barsRow->addWidget(barsLabel);
     barsRow->addWidget(m_bars);
     barsRow->addStretch(1);
-    auto* buttonRow = new QHBoxLayout;
-    buttonRow->addWidget(m_insertLine);
-    buttonRow->addWidget(m_removeLine);
 
-    auto* box = new QWidget;
-    auto* column = new QVBoxLayout(box);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(new QLabel(QStringLiteral("Staves:")));
-    column->addWidget(m_lines, 1);
-    column->addLayout(barsRow);
-    column->addLayout(buttonRow);
-    return box;
+    auto* grid = new QGridLayout;
+    grid->addWidget(new QLabel(QStringLiteral("Staves:")), 0, 0);
+    grid->addWidget(new QLabel(QStringLiteral("Parts:")), 0, 1);
+    grid->addWidget(m_lines, 1, 0);
+    grid->addWidget(m_parts, 1, 1);
+    grid->addLayout(barsRow, 2, 0);
+    grid->addLayout(ButtonRow(m_insertLine, m_removeLine), 3, 0);
+    grid->addLayout(ButtonRow(m_insertPart, m_removePart), 3, 1);
+    grid->setRowStretch(1, 1);
+    return grid;
 }
 
-QWidget* CStaveAreaProperties::MakePartsBox()
-{
-    m_parts = MakeList({QStringLiteral("Part"), QStringLiteral("Clef"), QStringLiteral("Instrument")});
-    m_parts->setObjectName(QStringLiteral("parts"));
-    m_parts->setToolTip(QStringLiteral("The parts played together on each line, one stave each"));
-    m_insertPart = Button(QStringLiteral("Insert after"), QStringLiteral("Adds a pipe part after the chosen one"));
-    m_insertPart->setObjectName(QStringLiteral("insertPart"));
-    m_removePart = Button(QStringLiteral("Remove"), QStringLiteral("Removes the chosen part with its music"));
-    m_removePart->setObjectName(QStringLiteral("removePart"));
-
-    connect(m_parts, &QTreeWidget::itemSelectionChanged, this, &CStaveAreaProperties::PartChosen);
-    connect(m_insertPart, &QPushButton::clicked, this, &CStaveAreaProperties::InsertPart);
-    connect(m_removePart, &QPushButton::clicked, this, &CStaveAreaProperties::RemovePart);
-
-    auto* buttonRow = new QHBoxLayout;
-    buttonRow->addStretch(1);
-    buttonRow->addWidget(m_insertPart);
-    buttonRow->addWidget(m_removePart);
-
-    auto* box = new QWidget;
-    auto* column = new QVBoxLayout(box);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(new QLabel(QStringLiteral("Parts:")));
-    column->addWidget(m_parts, 1);
-    column->addSpacing(m_bars->sizeHint().height() + column->spacing());
-    column->addLayout(buttonRow);
-    return box;
-}
-
-QWidget* CStaveAreaProperties::MakeTimeSigBox()
+QWidget* CStaveAreaProperties::MakeSettingsForm()
 {
     const CTimeSig& sig = m_area.InitialTimeSig;
-    m_timeSig = new CTimeSigCombo;
-    m_timeSig->setObjectName(QStringLiteral("timeSig"));
+    m_timeSig = Named(new CTimeSigCombo, "timeSig", QStringLiteral("The time signature the music starts in"));
     m_timeSig->Fill(sig);
-    m_customBeats = NumberBox(1, kMaxCustomNumber, sig.CustomBeats);
-    m_customBeats->setObjectName(QStringLiteral("customBeats"));
-    m_customBeats->setToolTip(QStringLiteral("Beats in a bar"));
-    m_customUnit = NumberBox(1, kMaxCustomNumber, sig.CustomUnit);
-    m_customUnit->setObjectName(QStringLiteral("customUnit"));
-    m_customUnit->setToolTip(QStringLiteral("The note that takes a beat: 4 a crotchet, 8 a quaver"));
+    m_customBeats = Named(NumberBox(1, kMaxCustomNumber, sig.CustomBeats), "customBeats",
+                          QStringLiteral("Beats in a bar"));
+    m_customUnit = Named(NumberBox(1, kMaxCustomNumber, sig.CustomUnit), "customUnit",
+                         QStringLiteral("The note that takes a beat: 4 a crotchet, 8 a quaver"));
     connect(m_timeSig, &QComboBox::currentIndexChanged, this, &CStaveAreaProperties::TimeSigChosen);
-
     auto* custom = new QHBoxLayout;
     custom->addWidget(m_customBeats);
     custom->addWidget(new QLabel(QStringLiteral("/")));
     custom->addWidget(m_customUnit);
     custom->addStretch(1);
+
+    m_spacing = Named(NumberBox(0, kMaxSpacing, m_area.StaveSpacing), "spacing",
+                      QStringLiteral("Room above and below each line of staves"));
+    m_spacing->setSuffix(QStringLiteral(" %"));
+
+    m_colourButton = Named(new QToolButton, "colour", QStringLiteral("The colour behind the staves"));
+    m_colourButton->setPopupMode(QToolButton::MenuButtonPopup);
+    m_colourButton->setIconSize(QSize(32, 16));
+    auto* menu = new QMenu(m_colourButton);
+    menu->addAction(QStringLiteral("Automatic"), this, [this] { ShowColour(m_automaticColour); });
+    menu->addAction(QStringLiteral("Other"), this, &CStaveAreaProperties::ChooseOtherColour);
+    m_colourButton->setMenu(menu);
+    connect(m_colourButton, &QToolButton::clicked, this, &CStaveAreaProperties::ChooseOtherColour);
+    m_colourText = new QLabel;
+    ShowColour(m_colour);
+    auto* colourRow = new QHBoxLayout;
+    colourRow->addWidget(m_colourButton);
+    colourRow->addWidget(m_colourText, 1);
 
     auto* box = new QWidget;
     auto* form = new QFormLayout(box);
@@ -256,21 +239,22 @@ QWidget* CStaveAreaProperties::MakeTimeSigBox()
     form->addRow(QStringLiteral("Initial time signature:"), m_timeSig);
     form->addRow(QStringLiteral("Custom time signature:"), custom);
     m_customLabel = static_cast<QLabel*>(form->labelForField(custom));
+    form->addRow(QStringLiteral("Set stave spacing:"), m_spacing);
+    form->addRow(colourRow);
     TimeSigChosen();
     return box;
 }
 
 QWidget* CStaveAreaProperties::MakeDisplayBox()
 {
-    m_showKeySig = new QCheckBox(QStringLiteral("Key signature"));
-    m_showKeySig->setObjectName(QStringLiteral("showKeySig"));
+    m_showKeySig = Named(new QCheckBox(QStringLiteral("Key signature")), "showKeySig",
+                         QStringLiteral("The two sharps after the clef of every stave"));
+    m_showTimeSig = Named(new QCheckBox(QStringLiteral("Time signature")), "showTimeSig",
+                          QStringLiteral("Shown at the head of the first line"));
+    m_showBarLines = Named(new QCheckBox(QStringLiteral("Mid-stave bar lines")), "showBarLines",
+                           QStringLiteral("The lines between the bars of a stave"));
     m_showKeySig->setChecked(m_area.ShowKeySig);
-    m_showTimeSig = new QCheckBox(QStringLiteral("Time signature"));
-    m_showTimeSig->setObjectName(QStringLiteral("showTimeSig"));
-    m_showTimeSig->setToolTip(QStringLiteral("Shown at the head of the first line"));
     m_showTimeSig->setChecked(m_area.ShowTimeSig);
-    m_showBarLines = new QCheckBox(QStringLiteral("Mid-stave bar lines"));
-    m_showBarLines->setObjectName(QStringLiteral("showBarLines"));
     m_showBarLines->setChecked(m_area.ShowBarLines);
 
     auto* box = new QGroupBox(QStringLiteral("Display options: "));
@@ -282,44 +266,11 @@ QWidget* CStaveAreaProperties::MakeDisplayBox()
     return box;
 }
 
-QWidget* CStaveAreaProperties::MakeSpacingAndColourBox()
-{
-    m_spacing = NumberBox(0, kMaxSpacing, m_area.StaveSpacing);
-    m_spacing->setObjectName(QStringLiteral("spacing"));
-    m_spacing->setSuffix(QStringLiteral(" %"));
-    m_spacing->setToolTip(QStringLiteral("Room above and below each line of staves"));
-
-    m_colourButton = new QToolButton;
-    m_colourButton->setObjectName(QStringLiteral("colour"));
-    m_colourButton->setToolTip(QStringLiteral("The colour behind the staves"));
-    m_colourButton->setPopupMode(QToolButton::MenuButtonPopup);
-    m_colourButton->setIconSize(QSize(32, 16));
-    auto* menu = new QMenu(m_colourButton);
-    menu->addAction(QStringLiteral("Automatic"), this, [this] { ShowColour(m_automaticColour); });
-    menu->addAction(QStringLiteral("Other"), this, &CStaveAreaProperties::ChooseOtherColour);
-    m_colourButton->setMenu(menu);
-    connect(m_colourButton, &QToolButton::clicked, this, &CStaveAreaProperties::ChooseOtherColour);
-    m_colourText = new QLabel;
-    m_colourText->setObjectName(QStringLiteral("colourText"));
-    ShowColour(m_colour);
-
-    auto* colourRow = new QHBoxLayout;
-    colourRow->addWidget(m_colourButton);
-    colourRow->addWidget(m_colourText, 1);
-
-    auto* box = new QWidget;
-    auto* form = new QFormLayout(box);
-    form->setContentsMargins(0, 0, 0, 0);
-    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
-    form->addRow(QStringLiteral("Set stave spacing:"), m_spacing);
-    form->addRow(colourRow);
-    return box;
-}
-
 void CStaveAreaProperties::FillLines()
 {
     for (const auto& group : m_area.Children())
-        m_lines->addTopLevelItem(LineRow(static_cast<int>(static_cast<const CStaveGroup&>(*group).BarConfigs.size())));
+        m_lines->addTopLevelItem(
+            LineRow(static_cast<int>(static_cast<const CStaveGroup&>(*group).BarConfigs.size())));
     Renumber(*m_lines);
     if (m_lines->topLevelItemCount() > 0)
         m_lines->setCurrentItem(m_lines->topLevelItem(0));
@@ -328,12 +279,14 @@ void CStaveAreaProperties::FillLines()
 
 void CStaveAreaProperties::FillParts()
 {
-    const auto* first = m_area.ChildCount() > 0 ? static_cast<const CStaveGroup*>(m_area.ChildAt(0)) : nullptr;
+    const auto* first =
+        m_area.ChildCount() > 0 ? static_cast<const CStaveGroup*>(m_area.ChildAt(0)) : nullptr;
     const int parts = std::max(m_area.PartCount, 1);
     for (int part = 0; part < parts; ++part) {
         const bool held = first != nullptr && static_cast<std::size_t>(part) < first->ChildCount();
         // A part the staves do not hold yet is made treble on OK, as every new stave is.
-        const std::int32_t clef = held ? static_cast<const CStave&>(*first->ChildAt(part)).Clef.Type : CClef::Treble;
+        const std::int32_t clef =
+            held ? static_cast<const CStave&>(*first->ChildAt(part)).Clef.Type : CClef::Treble;
         m_parts->addTopLevelItem(PartRow(clef));
     }
     Renumber(*m_parts);
@@ -386,7 +339,10 @@ void CStaveAreaProperties::ShowColour(std::uint32_t rgb)
     swatch.fill(colour);
     QPainter(&swatch).drawRect(swatch.rect().adjusted(0, 0, -1, -1));
     m_colourButton->setIcon(QIcon(swatch));
-    m_colourText->setText(QStringLiteral("Stave background:\n%1 : %2 : %3").arg(colour.red()).arg(colour.green()).arg(colour.blue()));
+    m_colourText->setText(QStringLiteral("Stave background:\n%1 : %2 : %3")
+                              .arg(colour.red())
+                              .arg(colour.green())
+                              .arg(colour.blue()));
 }
 
 void CStaveAreaProperties::ChooseOtherColour()
@@ -404,7 +360,8 @@ void CStaveAreaProperties::InsertLine()
     const int after = m_lines->indexOfTopLevelItem(line);
     m_lines->insertTopLevelItem(after + 1, LineRow(NewLineBars));
     Renumber(*m_lines);
-    corrieval::InsertLine(m_area, static_cast<std::size_t>(after), static_cast<std::size_t>(m_lines->topLevelItemCount()),
+    corrieval::InsertLine(m_area, static_cast<std::size_t>(after),
+                          static_cast<std::size_t>(m_lines->topLevelItemCount()),
                           static_cast<std::size_t>(m_parts->topLevelItemCount()), m_spacing->value());
     LineChosen();
 }
@@ -429,8 +386,9 @@ void CStaveAreaProperties::InsertPart()
     const int after = m_parts->indexOfTopLevelItem(part);
     m_parts->insertTopLevelItem(after + 1, PartRow(CClef::Treble));
     Renumber(*m_parts);
-    corrieval::InsertPart(m_area, static_cast<std::size_t>(after), static_cast<std::size_t>(m_parts->topLevelItemCount()),
-                          BarsPerLine(), m_spacing->value());
+    corrieval::InsertPart(m_area, static_cast<std::size_t>(after),
+                          static_cast<std::size_t>(m_parts->topLevelItemCount()), BarsPerLine(),
+                          m_spacing->value());
     PartChosen();
 }
 
@@ -442,7 +400,8 @@ void CStaveAreaProperties::RemovePart()
     const int index = m_parts->indexOfTopLevelItem(part);
     RemoveRow(*m_parts, part);
     Renumber(*m_parts);
-    corrieval::RemovePart(m_area, static_cast<std::size_t>(index), static_cast<std::size_t>(m_parts->topLevelItemCount()));
+    corrieval::RemovePart(m_area, static_cast<std::size_t>(index),
+                          static_cast<std::size_t>(m_parts->topLevelItemCount()));
     PartChosen();
 }
 
@@ -470,7 +429,8 @@ void CStaveAreaProperties::Apply()
     m_area.SetPartCount(m_parts->topLevelItemCount());
     SetBarsPerLine(m_area, BarsPerLine());
     for (int part = 0; part < m_parts->topLevelItemCount(); ++part)
-        m_area.SetClef(static_cast<std::size_t>(part), m_parts->topLevelItem(part)->data(kClefColumn, Qt::UserRole).toInt());
+        m_area.SetClef(static_cast<std::size_t>(part),
+                       m_parts->topLevelItem(part)->data(kClefColumn, Qt::UserRole).toInt());
     m_area.InitialTimeSig.CustomBeats = m_customBeats->value();
     m_area.InitialTimeSig.CustomUnit = m_customUnit->value();
     m_area.InitialTimeSig.SetType(m_timeSig->Type());

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QDialog>
-
 #include <cstdint>
 #include <vector>
 
 class QCheckBox;
 class QLabel;
+class QLayout;
 class QPushButton;
 class QSpinBox;
 class QToolButton;
@@ -42,11 +42,9 @@ public:
     void accept() override;
 
 private:
-    QWidget* MakeLinesBox();
-    QWidget* MakePartsBox();
-    QWidget* MakeTimeSigBox();
+    QLayout* MakeLists();
+    QWidget* MakeSettingsForm();
     QWidget* MakeDisplayBox();
-    QWidget* MakeSpacingAndColourBox();
 
     void FillLines();
     void FillParts();

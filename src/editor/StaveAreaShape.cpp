@@ -12,7 +12,10 @@ namespace {
 
 constexpr std::int32_t kMaxSpacing = 100;
 
-CStaveGroup& LineAt(const CStaveArea& area, std::size_t line) { return static_cast<CStaveGroup&>(*area.ChildAt(line)); }
+CStaveGroup& LineAt(const CStaveArea& area, std::size_t line)
+{
+    return static_cast<CStaveGroup&>(*area.ChildAt(line));
+}
 
 void SetColumnCount(CStaveGroup& group, std::size_t columns)
 {
@@ -44,8 +47,8 @@ void RemoveLine(CStaveArea& area, std::size_t line)
     area.RemoveChild(area.ChildAt(line), true);
 }
 
-void InsertPart(CStaveArea& area, std::size_t after, std::size_t partCount, const std::vector<int>& barsPerLine,
-                std::int32_t spacing)
+void InsertPart(CStaveArea& area, std::size_t after, std::size_t partCount,
+                const std::vector<int>& barsPerLine, std::int32_t spacing)
 {
     for (const auto& child : area.Children()) {
         auto& group = static_cast<CStaveGroup&>(*child);

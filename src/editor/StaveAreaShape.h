@@ -21,8 +21,8 @@ void InsertLine(CStaveArea& area, std::size_t after, std::size_t lineCount, std:
 void RemoveLine(CStaveArea& area, std::size_t line);
 // A new treble stave after part `after` in every line, with a bar for each of the line's columns.
 // `barsPerLine` is what the dialog holds for each line, and is applied along with it.
-void InsertPart(CStaveArea& area, std::size_t after, std::size_t partCount, const std::vector<int>& barsPerLine,
-                std::int32_t spacing);
+void InsertPart(CStaveArea& area, std::size_t after, std::size_t partCount,
+                const std::vector<int>& barsPerLine, std::int32_t spacing);
 // Takes part `part` out of every line, leaving `partCount` parts.
 void RemovePart(CStaveArea& area, std::size_t part, std::size_t partCount);
 

@@ -42,9 +42,13 @@ void CTimeSigCombo::Fill(const CTimeSig& current)
         const std::string_view name = CTimeSig::TypeName(type);
         addItem(Picture(sig), QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
     }
-    setCurrentIndex(current.Type >= CTimeSig::None && current.Type <= CTimeSig::Custom ? current.Type : CTimeSig::None);
+    setCurrentIndex(current.Type >= CTimeSig::None && current.Type <= CTimeSig::Custom ? current.Type
+                                                                                       : CTimeSig::None);
 }
 
-bool CTimeSigCombo::IsCustom() const { return currentIndex() == CTimeSig::Custom; }
+bool CTimeSigCombo::IsCustom() const
+{
+    return currentIndex() == CTimeSig::Custom;
+}
 
 } // namespace corrieval

@@ -22,9 +22,15 @@ const QString kInsertLine = QStringLiteral("Are you sure? Inserting staves canno
 const QString kRemoveLine = QStringLiteral("Are you sure? Deleting staves cannot be cancelled.");
 const QString kInsertPart = QStringLiteral("Are you sure? Inserting parts cannot be cancelled.");
 
-fixtures::TuneShape Shape(int groups, int parts) { return {.Groups = groups, .Parts = parts, .Columns = 4, .NotesPerBar = 2}; }
+fixtures::TuneShape Shape(int groups, int parts)
+{
+    return {.Groups = groups, .Parts = parts, .Columns = 4, .NotesPerBar = 2};
+}
 
-CStaveGroup& Line(const CStaveArea& area, std::size_t i) { return static_cast<CStaveGroup&>(*area.ChildAt(i)); }
+CStaveGroup& Line(const CStaveArea& area, std::size_t i)
+{
+    return static_cast<CStaveGroup&>(*area.ChildAt(i));
+}
 
 // The dialog over a tune's music area, driven through its own controls.
 struct OpenDialog {
@@ -144,7 +150,8 @@ TEST(StaveAreaProperties, LinesAndPartsChangeAtOnceOnlyWhenConfirmedAndStayAfter
             const auto& added = static_cast<const CStave&>(*Line(area, i).ChildAt(1));
             EXPECT_EQ(added.Clef.Type, CClef::Treble);
             ASSERT_EQ(added.ChildCount(), Line(area, i).BarConfigs.size());
-            EXPECT_EQ(static_cast<const CBarEx&>(*added.ChildAt(0)).Config, Line(area, i).BarConfigs[0].get());
+            EXPECT_EQ(static_cast<const CBarEx&>(*added.ChildAt(0)).Config,
+                      Line(area, i).BarConfigs[0].get());
         }
         EXPECT_EQ(Line(area, 0).BarConfigs.size(), 3U);
         EXPECT_EQ(open.Find<QTreeWidget>("parts").topLevelItem(1)->text(2), QStringLiteral("Pipes"));
@@ -159,24 +166,25 @@ TEST(StaveAreaProperties, LinesAndPartsChangeAtOnceOnlyWhenConfirmedAndStayAfter
     EXPECT_EQ(area.PartCount, 1);
 }
 
+// Which of insert line, remove line, insert part and remove part the dialog offers.
+std::vector<bool> Offered(OpenDialog& open)
+{
+    return {open.Enabled("insertLine"), open.Enabled("removeLine"), open.Enabled("insertPart"),
+            open.Enabled("removePart")};
+}
+
 TEST(StaveAreaProperties, LimitsOfLinesPartsAndBars)
 {
     EditedTune full(Shape(20, 4));
     OpenDialog most(full.Music());
-    EXPECT_FALSE(most.Enabled("insertLine"));
-    EXPECT_TRUE(most.Enabled("removeLine"));
-    EXPECT_FALSE(most.Enabled("insertPart"));
-    EXPECT_TRUE(most.Enabled("removePart"));
+    EXPECT_EQ(Offered(most), (std::vector<bool>{false, true, false, true}));
     auto& bars = most.Find<QSpinBox>("bars");
     bars.setValue(10);
     EXPECT_EQ(bars.value(), CStaveAreaProperties::MaxSpinBars);
 
     EditedTune single(Shape(1, 1));
     OpenDialog least(single.Music());
-    EXPECT_TRUE(least.Enabled("insertLine"));
-    EXPECT_FALSE(least.Enabled("removeLine"));
-    EXPECT_TRUE(least.Enabled("insertPart"));
-    EXPECT_FALSE(least.Enabled("removePart"));
+    EXPECT_EQ(Offered(least), (std::vector<bool>{true, false, true, false}));
 }
 
 // Properties on a music area opens this dialog, and its one undo step takes back a line the
