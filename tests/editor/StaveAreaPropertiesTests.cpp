@@ -160,10 +160,14 @@ TEST(StaveAreaProperties, LinesAndPartsChangeAtOnceOnlyWhenConfirmedAndStayAfter
         open.Click("removePart");
         EXPECT_EQ(area.PartCount, 1);
         EXPECT_EQ(Line(area, 0).ChildCount(), 1U);
+        open.Find<CTimeSigCombo>("timeSig").setCurrentIndex(6);
+        open.Find<QCheckBox>("showKeySig").setChecked(true);
         open.Dialog.reject();
     }
     EXPECT_EQ(area.ChildCount(), 2U);
     EXPECT_EQ(area.PartCount, 1);
+    EXPECT_EQ(area.InitialTimeSig.Type, 8); // as the tune was built
+    EXPECT_FALSE(area.ShowKeySig);
 }
 
 // Which of insert line, remove line, insert part and remove part the dialog offers.
@@ -181,6 +185,13 @@ TEST(StaveAreaProperties, LimitsOfLinesPartsAndBars)
     auto& bars = most.Find<QSpinBox>("bars");
     bars.setValue(10);
     EXPECT_EQ(bars.value(), CStaveAreaProperties::MaxSpinBars);
+
+    // A line loaded with more bars than the spin reaches keeps them through OK.
+    EditedTune wide({.Groups = 1, .Parts = 1, .Columns = 12});
+    OpenDialog wider(wide.Music());
+    EXPECT_EQ(wider.Find<QSpinBox>("bars").value(), 12);
+    wider.Dialog.accept();
+    EXPECT_EQ(Line(wide.Music(), 0).BarConfigs.size(), 12U);
 
     EditedTune single(Shape(1, 1));
     OpenDialog least(single.Music());
