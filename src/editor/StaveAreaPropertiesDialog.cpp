@@ -202,7 +202,7 @@ QWidget* CStaveAreaProperties::MakeSettingsForm()
 {
     const CTimeSig& sig = m_area.InitialTimeSig;
     m_timeSig = Named(new CTimeSigCombo, "timeSig", QStringLiteral("The time signature the music starts in"));
-    m_timeSig->Fill(sig);
+    m_timeSig->SetType(sig.Type);
     m_customBeats = Named(NumberBox(1, kMaxCustomNumber, sig.CustomBeats), "customBeats",
                           QStringLiteral("Beats in a bar"));
     m_customUnit = Named(NumberBox(1, kMaxCustomNumber, sig.CustomUnit), "customUnit",
@@ -433,7 +433,9 @@ void CStaveAreaProperties::Apply()
                        m_parts->topLevelItem(part)->data(kClefColumn, Qt::UserRole).toInt());
     m_area.InitialTimeSig.CustomBeats = m_customBeats->value();
     m_area.InitialTimeSig.CustomUnit = m_customUnit->value();
-    m_area.InitialTimeSig.SetType(m_timeSig->Type());
+    // A type the list does not know (from a damaged file) stays until another is chosen.
+    if (m_timeSig->Type() >= CTimeSig::None)
+        m_area.InitialTimeSig.SetType(m_timeSig->Type());
     ApplySpacing(m_area, m_spacing->value());
 }
 

@@ -3,27 +3,35 @@
 #include "notation/TimeSig.h"
 #include "platform/QtPainter.h"
 
+#include <QImage>
 #include <QPainter>
+#include <QPixmap>
 
 namespace corrieval {
 
 namespace {
 
+// The side of a picture's cell. The digits are black, so every cell is white whatever the look.
 constexpr int kCell = 32;
+// Drawn at twice the size, for screens that scale.
+constexpr int kDetail = 2;
 
-// The signature's digits on a white cell, as they stand at the head of a stave.
-QIcon Picture(const CTimeSig& sig)
+QIcon Picture(CTimeSig& signature)
 {
-    QPixmap cell(kCell, kCell);
+    // Drawn at full detail first; the pixel ratio is set afterwards, as the score's painter maps
+    // inches straight to the device's pixels.
+    QImage cell(kCell * kDetail, kCell * kDetail, QImage::Format_ARGB32_Premultiplied);
     cell.fill(Qt::white);
-    QPainter qp(&cell);
-    // One inch to the cell, so that the signature's box is the whole picture.
-    platform::QtPainter painter(qp, static_cast<float>(kCell), 1.0f);
-    CTimeSig drawn(sig);
-    drawn.Stave = nullptr;
-    drawn.SetBounds(0, 0, 1, 1);
-    drawn.Draw(painter, OutputMode::Screen);
-    return QIcon(cell);
+    {
+        QPainter qp(&cell);
+        // One inch of the signature's box to the cell: without a stave it lays itself out in its box.
+        platform::QtPainter painter(qp, static_cast<float>(kCell * kDetail), 1.0f);
+        signature.SetBounds(0, 0, 1, 1);
+        signature.Draw(painter, OutputMode::Screen);
+    }
+    QPixmap pixmap = QPixmap::fromImage(cell);
+    pixmap.setDevicePixelRatio(kDetail);
+    return QIcon(pixmap);
 }
 
 } // namespace
@@ -31,24 +39,17 @@ QIcon Picture(const CTimeSig& sig)
 CTimeSigCombo::CTimeSigCombo(QWidget* parent) : QComboBox(parent)
 {
     setIconSize(QSize(kCell, kCell));
-}
-
-void CTimeSigCombo::Fill(const CTimeSig& current)
-{
-    clear();
-    CTimeSig sig(current);
+    CTimeSig signature;
     for (std::int32_t type = CTimeSig::None; type <= CTimeSig::Custom; ++type) {
-        sig.SetType(type);
+        signature.SetType(type);
         const std::string_view name = CTimeSig::TypeName(type);
-        addItem(Picture(sig), QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
+        addItem(Picture(signature), QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
     }
-    setCurrentIndex(current.Type >= CTimeSig::None && current.Type <= CTimeSig::Custom ? current.Type
-                                                                                       : CTimeSig::None);
 }
 
 bool CTimeSigCombo::IsCustom() const
 {
-    return currentIndex() == CTimeSig::Custom;
+    return currentText() == QStringLiteral("Custom");
 }
 
 } // namespace corrieval

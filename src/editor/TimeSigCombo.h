@@ -1,22 +1,20 @@
 #pragma once
 
 #include <QComboBox>
+#include <cstdint>
 
 namespace corrieval {
 
-class CTimeSig;
-
-// The list of time signatures, each with its picture and name; the item index is the signature's
-// type, "None" first and "Custom" last.
+// The list of time signatures, one item per type in the order of the type numbers, each with a
+// picture of the signature and its name; the item index is the type.
 class CTimeSigCombo : public QComboBox {
     Q_OBJECT
 
 public:
     explicit CTimeSigCombo(QWidget* parent = nullptr);
 
-    // Fills the list and chooses the type of `current`.
-    void Fill(const CTimeSig& current);
     std::int32_t Type() const { return currentIndex(); }
+    void SetType(std::int32_t type) { setCurrentIndex(type); }
     bool IsCustom() const;
 };
 
