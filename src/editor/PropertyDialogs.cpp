@@ -1,6 +1,7 @@
 #include "editor/PropertyDialogs.h"
 
 #include "editor/BarPropertiesDialog.h"
+#include "editor/StaveAreaPropertiesDialog.h"
 #include "notation/TextArea.h"
 
 #include <QFontDialog>
@@ -41,7 +42,10 @@ void ApplyFont(const QFont& font, CTextArea& area)
 // their own windows and open nothing until then.
 class ProgramDialogs : public PropertyDialogs {
 public:
-    bool EditStaveArea(CStaveArea*, QWidget*) override { return false; }
+    bool EditStaveArea(CStaveArea* area, QWidget* parent) override
+    {
+        return area != nullptr && CStaveAreaProperties::Edit(*area, parent);
+    }
     bool EditTextArea(CTextArea* area, QWidget* parent) override
     {
         if (area == nullptr)
