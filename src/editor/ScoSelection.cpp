@@ -91,18 +91,10 @@ RectF CScoSelection::Bounds() const
 {
     if (m_items.empty())
         return {};
-    float left = m_items.front()->ContentBox().X;
-    float top = m_items.front()->ContentBox().Y;
-    float right = m_items.front()->ContentBox().Right();
-    float bottom = m_items.front()->ContentBox().Bottom();
-    for (const CScoObj* object : m_items) {
-        const RectF box = object->ContentBox();
-        left = std::min(left, box.X);
-        top = std::min(top, box.Y);
-        right = std::max(right, box.Right());
-        bottom = std::max(bottom, box.Bottom());
-    }
-    return {left, top, right - left, bottom - top};
+    RectF bounds = m_items.front()->ContentBox();
+    for (const CScoObj* object : m_items)
+        bounds = bounds.United(object->ContentBox());
+    return bounds;
 }
 
 std::size_t CScoSelection::NoteCount() const

@@ -30,6 +30,15 @@ struct RectF {
     {
         return X >= outer.X && Y >= outer.Y && X + Width <= outer.X + outer.Width && Y + Height <= outer.Y + outer.Height;
     }
+    // The smallest rectangle holding both, computed from the edges.
+    RectF United(const RectF& o) const
+    {
+        const float left = X < o.X ? X : o.X;
+        const float top = Y < o.Y ? Y : o.Y;
+        const float right = Right() > o.Right() ? Right() : o.Right();
+        const float bottom = Bottom() > o.Bottom() ? Bottom() : o.Bottom();
+        return {left, top, right - left, bottom - top};
+    }
     bool operator==(const RectF&) const = default;
 };
 

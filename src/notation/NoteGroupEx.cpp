@@ -103,16 +103,10 @@ RectF CNoteGroupEx::GetBounds() const
 {
     if (ChildCount() == 0)
         return {};
-    const RectF first = ChildAt(0)->GetBounds();
-    float left = first.X, top = first.Y, right = first.Right(), bottom = first.Bottom();
-    for (const auto& child : Children()) {
-        const RectF r = child->GetBounds();
-        left = std::min(left, r.X);
-        top = std::min(top, r.Y);
-        right = std::max(right, r.Right());
-        bottom = std::max(bottom, r.Bottom());
-    }
-    return {left, top, right - left, bottom - top};
+    RectF bounds = ChildAt(0)->GetBounds();
+    for (const auto& child : Children())
+        bounds = bounds.United(child->GetBounds());
+    return bounds;
 }
 
 bool CNoteGroupEx::HitTestNote(float x, float y) const
