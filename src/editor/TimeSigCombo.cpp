@@ -24,9 +24,10 @@ QIcon Picture(CTimeSig& signature)
     cell.fill(Qt::white);
     {
         QPainter qp(&cell);
-        // One inch of the signature's box to the cell: without a stave it lays itself out in its box.
+        // One inch to the cell: without a stave the signature lays itself out in its box, here
+        // inset a little so that its digits keep clear of the cell's edges.
         platform::QtPainter painter(qp, static_cast<float>(kCell * kDetail), 1.0f);
-        signature.SetBounds(0, 0, 1, 1);
+        signature.SetBounds(0.1f, 0.1f, 0.8f, 0.8f);
         signature.Draw(painter, OutputMode::Screen);
     }
     QPixmap pixmap = QPixmap::fromImage(cell);
