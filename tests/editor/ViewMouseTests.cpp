@@ -410,8 +410,8 @@ TEST_F(ViewMouseTest, PlacingDropsACloneAtThePitchUnderTheMouseAndGoesOn)
     EXPECT_EQ(View().EditState().Ghost, nullptr);
     Press(at, {}, Qt::RightButton);
     EXPECT_FALSE(View().EditState().Placing());
+    // Undo reads the score back into new objects: `bar` is gone, and its successor is as before.
     View().History().Undo();
-    EXPECT_EQ(bar.ChildCount(), 0u) << "undo replaced the bar's notes";
     EXPECT_EQ(BarOf(Music(), 0, 2).ChildCount(), count);
 }
 
