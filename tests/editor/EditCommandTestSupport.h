@@ -9,10 +9,18 @@
 #include "support/RecordingMessages.h"
 #include "support/ScoreWalk.h"
 
+#include <QApplication>
 #include <QTest>
+#include <QTimer>
 #include <vector>
 
 namespace corrieval::testing {
+
+// Systems of bars of two crotchets each; the first system's pitches run 10 8 | 7 6 | 5 4 | 3 5.
+inline fixtures::TuneShape CrotchetTune(int groups = 1, int columns = 4, int parts = 1)
+{
+    return {.Groups = groups, .Parts = parts, .Columns = columns, .NotesPerBar = 2};
+}
 
 // A shown view of a small tune, driven as the ribbon and the keyboard drive it.
 struct EditedTune {
@@ -55,6 +63,20 @@ struct EditedTune {
             View.RunCommand(id);
     }
     void Key(Qt::Key key) { QTest::keyClick(&View, key); }
+    // Runs "Properties" on `selected`; `answer` is handed the modal dialog that opens, and closes it.
+    template <class Dialog, class Answer> void AnswerProperties(CScoObj* selected, const Answer& answer)
+    {
+        bool opened = false;
+        QTimer::singleShot(0, [&] {
+            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            opened = true;
+            answer(*dialog);
+        });
+        Select({selected});
+        Run(command::Properties);
+        EXPECT_TRUE(opened);
+    }
     // The mouse, at points in inches; paint first, so that notes and legs have their drawn shapes.
     void Paint() { Shown.Grab(); }
     QPoint Device(PointF p) const { return View.Transform().DocumentToDevice(p).toPoint(); }
@@ -79,6 +101,7 @@ struct EditedTune {
 namespace corrieval::edit_tests {
 using namespace command;
 using testing::ChildrenOf;
+using testing::CrotchetTune;
 using testing::EditedTune;
 using testing::RecordingMessages;
 } // namespace corrieval::edit_tests

@@ -94,7 +94,7 @@ TEST_F(RepeatedTune, AStartLegDraggedOneBarBackMakesThatBarAFirstTimeBar)
 
 TEST(MouseModified, AClickThatMovesNothingLeavesTheTuneUnmodified)
 {
-    EditedTune tune({.Groups = 1, .Parts = 1, .Columns = 4, .NotesPerBar = 2});
+    EditedTune tune(CrotchetTune());
     tune.Paint();
     ASSERT_FALSE(tune.Doc().IsModified());
     CNoteEx& note = tune.Note(0, 1, 0);

@@ -4,28 +4,22 @@
 #include "model/BarConfig.h"
 #include "support/RecordingMessages.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QTimer>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
 namespace corrieval {
 namespace {
 
+using testing::CrotchetTune;
 using testing::EditedTune;
 using testing::RecordingMessages;
 
 const QString kInsertLine = QStringLiteral("Are you sure? Inserting staves cannot be cancelled.");
 const QString kRemoveLine = QStringLiteral("Are you sure? Deleting staves cannot be cancelled.");
 const QString kInsertPart = QStringLiteral("Are you sure? Inserting parts cannot be cancelled.");
-
-fixtures::TuneShape Shape(int groups, int parts)
-{
-    return {.Groups = groups, .Parts = parts, .Columns = 4, .NotesPerBar = 2};
-}
 
 CStaveGroup& Line(const CStaveArea& area, std::size_t i)
 {
@@ -44,15 +38,11 @@ struct OpenDialog {
     }
     void Click(const char* button) { Find<QPushButton>(button).click(); }
     bool Enabled(const char* button) { return Find<QPushButton>(button).isEnabled(); }
-    void ChooseLine(int row)
+    // Makes `row` of the "lines" or "parts" list current.
+    void Choose(const char* list, int row)
     {
-        auto& lines = Find<QTreeWidget>("lines");
-        lines.setCurrentItem(lines.topLevelItem(row));
-    }
-    void ChoosePart(int row)
-    {
-        auto& parts = Find<QTreeWidget>("parts");
-        parts.setCurrentItem(parts.topLevelItem(row));
+        auto& tree = Find<QTreeWidget>(list);
+        tree.setCurrentItem(tree.topLevelItem(row));
     }
 
     CStaveAreaProperties Dialog;
@@ -60,15 +50,15 @@ struct OpenDialog {
 
 TEST(StaveAreaProperties, OkAppliesTimeSignatureBarsDisplayAndSpacing)
 {
-    EditedTune tune(Shape(2, 1));
+    EditedTune tune(CrotchetTune(2));
     CStaveArea& area = tune.Music();
     const std::uint32_t colour = area.Background & 0xFFFFFF;
     OpenDialog open(area);
     open.Find<CTimeSigCombo>("timeSig").setCurrentIndex(6);
     EXPECT_FALSE(open.Find<QSpinBox>("customBeats").isEnabled());
-    open.ChooseLine(1);
+    open.Choose("lines", 1);
     open.Find<QSpinBox>("bars").setValue(6);
-    open.ChooseLine(0);
+    open.Choose("lines", 0);
     EXPECT_EQ(open.Find<QSpinBox>("bars").value(), 4);
     open.Find<QSpinBox>("bars").setValue(2);
     open.Find<QCheckBox>("showKeySig").setChecked(true);
@@ -80,13 +70,10 @@ TEST(StaveAreaProperties, OkAppliesTimeSignatureBarsDisplayAndSpacing)
     open.Dialog.accept();
 
     EXPECT_EQ(area.InitialTimeSig.Type, 6);
-    EXPECT_EQ(area.InitialTimeSig.GetBeats(), 2);
-    EXPECT_EQ(area.InitialTimeSig.GetBeatUnit(), 4);
     EXPECT_EQ(Line(area, 0).BarConfigs.size(), 2U);
     EXPECT_EQ(static_cast<CStave&>(*Line(area, 0).ChildAt(0)).ChildCount(), 2U);
     EXPECT_EQ(Line(area, 1).BarConfigs.size(), 6U);
     EXPECT_TRUE(area.ShowKeySig);
-    EXPECT_TRUE(area.ShowTimeSig);
     EXPECT_FALSE(area.ShowBarLines);
     // The spacing chosen outlives the re-stacking of the lines that OK does first.
     EXPECT_EQ(area.StaveSpacing, 60);
@@ -94,25 +81,9 @@ TEST(StaveAreaProperties, OkAppliesTimeSignatureBarsDisplayAndSpacing)
     EXPECT_EQ(area.Background, 0x64000000 | colour);
 }
 
-TEST(StaveAreaProperties, CustomTimeSignatureTakesItsNumbers)
-{
-    EditedTune tune(Shape(1, 1));
-    OpenDialog open(tune.Music());
-    auto& combo = open.Find<CTimeSigCombo>("timeSig");
-    EXPECT_EQ(combo.count(), 18);
-    EXPECT_EQ(combo.itemText(17), QStringLiteral("Custom"));
-    combo.setCurrentIndex(17);
-    ASSERT_TRUE(open.Find<QSpinBox>("customBeats").isEnabled());
-    open.Find<QSpinBox>("customBeats").setValue(40);
-    open.Find<QSpinBox>("customUnit").setValue(8);
-    open.Dialog.accept();
-    EXPECT_EQ(tune.Music().InitialTimeSig.GetBeats(), 32);
-    EXPECT_EQ(tune.Music().InitialTimeSig.GetBeatUnit(), 8);
-}
-
 TEST(StaveAreaProperties, LinesAndPartsChangeAtOnceOnlyWhenConfirmedAndStayAfterCancel)
 {
-    EditedTune tune(Shape(2, 1));
+    EditedTune tune(CrotchetTune(2));
     CStaveArea& area = tune.Music();
     RecordingMessages messages;
     {
@@ -124,7 +95,7 @@ TEST(StaveAreaProperties, LinesAndPartsChangeAtOnceOnlyWhenConfirmedAndStayAfter
         EXPECT_EQ(area.ChildCount(), 2U);
 
         messages.Answer = MessageAnswer::Ok;
-        open.ChooseLine(0);
+        open.Choose("lines", 0);
         open.Find<QSpinBox>("bars").setValue(3); // not applied by the buttons of lines
         open.Click("insertLine");
         ASSERT_EQ(area.ChildCount(), 3U);
@@ -134,7 +105,7 @@ TEST(StaveAreaProperties, LinesAndPartsChangeAtOnceOnlyWhenConfirmedAndStayAfter
         EXPECT_EQ(open.Find<QTreeWidget>("lines").topLevelItem(2)->text(0), QStringLiteral("3"));
 
         CStaveGroup* last = &Line(area, 2);
-        open.ChooseLine(1);
+        open.Choose("lines", 1);
         open.Click("removeLine");
         EXPECT_EQ(messages.Texts.back(), kRemoveLine);
         ASSERT_EQ(area.ChildCount(), 2U);
@@ -156,7 +127,7 @@ TEST(StaveAreaProperties, LinesAndPartsChangeAtOnceOnlyWhenConfirmedAndStayAfter
         EXPECT_EQ(Line(area, 0).BarConfigs.size(), 3U);
         EXPECT_EQ(open.Find<QTreeWidget>("parts").topLevelItem(1)->text(2), QStringLiteral("Pipes"));
 
-        open.ChoosePart(0);
+        open.Choose("parts", 0);
         open.Click("removePart");
         EXPECT_EQ(area.PartCount, 1);
         EXPECT_EQ(Line(area, 0).ChildCount(), 1U);
@@ -177,9 +148,9 @@ std::vector<bool> Offered(OpenDialog& open)
             open.Enabled("removePart")};
 }
 
-TEST(StaveAreaProperties, LimitsOfLinesPartsAndBars)
+TEST(StaveAreaProperties, LimitsOfLinesPartsBarsAndCustomBeats)
 {
-    EditedTune full(Shape(20, 4));
+    EditedTune full(CrotchetTune(20, 4, 4));
     OpenDialog most(full.Music());
     EXPECT_EQ(Offered(most), (std::vector<bool>{false, true, false, true}));
     auto& bars = most.Find<QSpinBox>("bars");
@@ -193,28 +164,29 @@ TEST(StaveAreaProperties, LimitsOfLinesPartsAndBars)
     wider.Dialog.accept();
     EXPECT_EQ(Line(wide.Music(), 0).BarConfigs.size(), 12U);
 
-    EditedTune single(Shape(1, 1));
+    EditedTune single(CrotchetTune());
     OpenDialog least(single.Music());
     EXPECT_EQ(Offered(least), (std::vector<bool>{true, false, true, false}));
+    // The last entry, "Custom", takes the spins' numbers, its beats held to what a bar shows.
+    least.Find<CTimeSigCombo>("timeSig").setCurrentIndex(17);
+    ASSERT_TRUE(least.Find<QSpinBox>("customBeats").isEnabled());
+    least.Find<QSpinBox>("customBeats").setValue(40);
+    least.Find<QSpinBox>("customUnit").setValue(8);
+    least.Dialog.accept();
+    EXPECT_EQ(single.Music().InitialTimeSig.GetBeats(), 32);
+    EXPECT_EQ(single.Music().InitialTimeSig.GetBeatUnit(), 8);
 }
 
 // Properties on a music area opens this dialog, and its one undo step takes back a line the
 // dialog inserted even though the dialog was cancelled.
 TEST(StaveAreaProperties, UndoTakesBackWhatTheButtonsDidBeforeCancel)
 {
-    EditedTune tune(Shape(2, 1));
+    EditedTune tune(CrotchetTune(2));
     RecordingMessages messages;
-    tune.Select({&tune.Music()});
-    bool seen = false;
-    QTimer::singleShot(0, [&] {
-        auto* dialog = qobject_cast<CStaveAreaProperties*>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        seen = true;
-        dialog->findChild<QPushButton*>(QStringLiteral("insertLine"))->click();
-        dialog->reject();
+    tune.AnswerProperties<CStaveAreaProperties>(&tune.Music(), [](CStaveAreaProperties& dialog) {
+        dialog.findChild<QPushButton*>(QStringLiteral("insertLine"))->click();
+        dialog.reject();
     });
-    tune.Run(command::Properties);
-    ASSERT_TRUE(seen);
     EXPECT_EQ(tune.Music().ChildCount(), 3U);
     ASSERT_TRUE(tune.View.History().CanUndo());
     tune.View.History().Undo();
